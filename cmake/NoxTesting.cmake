@@ -1,0 +1,30 @@
+# Test registration shared by both builds.
+#
+# nox_pure_tests(LABEL <family> PREFIX <Suite> SOURCES <files...> LIBS <libs...>)
+#   Tests of pure routines, from one source for both builds. Natively each family gets its
+#   own executable. Under Wine every family goes into the one executable pure_tests.exe
+#   (a Wine process start costs seconds) and ctest selects the family by its suite-name
+#   prefix: every test suite of the family starts with <Suite> (FieldsRead, FieldsWrite...).
+set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+add_subdirectory(${NOX_GTEST_DIR} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+
+if(WIN32)
+  add_executable(pure_tests)
+  target_link_libraries(pure_tests PRIVATE GTest::gmock_main)
+endif()
+
+function(nox_pure_tests)
+  cmake_parse_arguments(A "" "LABEL;PREFIX" "SOURCES;LIBS" ${ARGN})
+  if(WIN32)
+    target_sources(pure_tests PRIVATE ${A_SOURCES})
+    target_link_libraries(pure_tests PRIVATE ${A_LIBS})
+    add_test(NAME win.${A_LABEL} COMMAND pure_tests --gtest_filter=${A_PREFIX}*)
+    set_tests_properties(win.${A_LABEL} PROPERTIES LABELS "${A_LABEL};windows")
+  else()
+    add_executable(${A_LABEL}_test ${A_SOURCES})
+    target_link_libraries(${A_LABEL}_test PRIVATE ${A_LIBS} GTest::gmock_main)
+    add_test(NAME ${A_LABEL} COMMAND ${A_LABEL}_test)
+    set_tests_properties(${A_LABEL} PROPERTIES LABELS "${A_LABEL};native")
+  endif()
+endfunction()

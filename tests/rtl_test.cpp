@@ -1,0 +1,375 @@
+// String helpers, case and order rules, string lists. Runs natively and under Wine, so
+// the RtlLocale cases hold for both the system locale and the native rules.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "rtl/classes.h"
+#include "rtl/locale.h"
+#include "rtl/unicase.h"
+#include "rtl/ustring.h"
+
+namespace rtl {
+namespace {
+
+using Lines = std::vector<std::u16string>;
+
+Lines LinesOf(const TStrings& list) {
+  Lines r;
+  for (int i = 0; i < list.Count(); ++i) r.push_back(list[i]);
+  return r;
+}
+
+int Sign(int v) { return (v > 0) - (v < 0); }
+
+// ---- ustring -------------------------------------------------------------------------
+
+TEST(RtlString, CopyClipsToTheString) {
+  struct Case { int index, count; std::u16string want; };
+  for (const auto& c : std::vector<Case>{{2, 9, u"bc"}, {0, 2, u"ab"}, {-5, 1, u"a"},
+                                         {2, 0, u""}, {2, -1, u""}, {4, 1, u""},
+                                         {3, 1, u"c"}})
+    EXPECT_EQ(Copy(u"abc", c.index, c.count), c.want) << c.index << "," << c.count;
+  EXPECT_EQ(Copy(u"abc", 2), u"bc");
+}
+
+TEST(RtlString, DeleteAndInsertClip) {
+  struct Case { int index, count; std::u16string want; };
+  for (const auto& c : std::vector<Case>{{2, 1, u"ac"}, {2, 99, u"a"}, {0, 1, u"abc"},
+                                         {4, 1, u"abc"}, {1, 0, u"abc"}}) {
+    std::u16string s = u"abc";
+    Delete(s, c.index, c.count);
+    EXPECT_EQ(s, c.want) << c.index << "," << c.count;
+  }
+  for (const auto& [index, want] : std::vector<std::pair<int, std::u16string>>{
+           {1, u"Xab"}, {2, u"aXb"}, {3, u"abX"}, {-1, u"Xab"}, {9, u"abX"}}) {
+    std::u16string s = u"ab";
+    Insert(u"X", s, index);
+    EXPECT_EQ(s, want) << index;
+  }
+}
+
+TEST(RtlString, PosCountsFromOneAndZeroMeansAbsent) {
+  EXPECT_EQ(Pos(u"b", u"abcb"), 2);
+  EXPECT_EQ(Pos(u"", u"abc"), 0);
+  EXPECT_EQ(Pos(u"x", u"abc"), 0);
+  EXPECT_EQ(PosEx(u"b", u"abcb", 3), 4);
+  EXPECT_EQ(PosEx(u"b", u"abcb", 5), 0);
+  EXPECT_EQ(Pos(u'c', u"abc"), 3);
+}
+
+TEST(RtlString, Utf8RoundTripsEveryPlane) {
+  const std::u16string text = u"A\u00E4\u20AC\U0001F600z";
+  EXPECT_EQ(Utf16ToUtf8(text), "A\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80z");
+  EXPECT_EQ(Utf8ToUtf16(Utf16ToUtf8(text)), text);
+}
+
+TEST(RtlString, MalformedUtf8BecomesReplacementCharacters) {
+  struct Case { std::string in; std::u16string want; };
+  for (const auto& c : std::vector<Case>{
+           {"a\x80z", u"a\uFFFDz"},                   // stray continuation byte
+           {"\xC0\xAF", u"\uFFFD\uFFFD"},             // overlong '/'
+           {"\xE2\x82", u"\uFFFD\uFFFD"},             // cut short
+           {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},   // encoded surrogate
+           {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // past U+10FFFF
+           {"\xE2\x82z", u"\uFFFD\uFFFDz"}})
+    EXPECT_EQ(Utf8ToUtf16(c.in), c.want) << c.in;
+  EXPECT_EQ(Utf16ToUtf8(u"a\xD800z"), "a\xEF\xBF\xBDz");
+}
+
+// ---- case and order rules ------------------------------------------------------------
+
+TEST(RtlUnicase, SimpleCaseMappingPairs) {
+  struct Case { char16_t upper, lower; };
+  for (const auto& c : std::vector<Case>{
+           {u'A', u'a'}, {u'Z', u'z'}, {u'À', u'à'}, {u'Þ', u'þ'}, {u'Ÿ', u'ÿ'},
+           {u'Ā', u'ā'}, {u'Ĺ', u'ĺ'}, {u'Ň', u'ň'}, {u'Ŋ', u'ŋ'}, {u'Ž', u'ž'},
+           {u'Ș', u'ș'}, {u'Ά', u'ά'}, {u'Ώ', u'ώ'}, {u'Σ', u'σ'}, {u'Ё', u'ё'},
+           {u'Я', u'я'}, {u'Ѣ', u'ѣ'}, {u'Ա', u'ա'}, {u'Ạ', u'ạ'}, {u'Ａ', u'ａ'}}) {
+    EXPECT_EQ(ToLowerChar(c.upper), c.lower) << int{c.upper};
+    EXPECT_EQ(ToUpperChar(c.lower), c.upper) << int{c.lower};
+  }
+  struct OneWay { char16_t from, lower, upper; };
+  for (const auto& c : std::vector<OneWay>{{u'ß', u'ß', u'ß'}, {u'İ', u'i', u'İ'},
+                                           {u'ı', u'ı', u'I'}, {u'ς', u'ς', u'Σ'},
+                                           {u'×', u'×', u'×'}, {u'ǅ', u'ǅ', u'ǅ'}}) {
+    EXPECT_EQ(ToLowerChar(c.from), c.lower) << int{c.from};
+    EXPECT_EQ(ToUpperChar(c.from), c.upper) << int{c.from};
+  }
+}
+
+// Each row: a sorts before b, case-sensitively and, unless `caseOnly`, ignoring case.
+struct Ordered { std::u16string a, b; bool caseOnly = false; };
+
+const std::vector<Ordered> kOrdered = {
+    {u"Apfel", u"Äpfel"},  {u"Äpfel", u"Birne"},   {u"apfel", u"Apfel", true},
+    {u"Äpfel", u"Apfelmus"}, {u"ähnlich", u"Ahorn"}, {u"Müller", u"Muster"},
+    {u"Öl", u"Ozean"},     {u"Ärger", u"Arzt"},    {u"résumé", u"resumes"},
+    {u"Masse", u"Maßen"},  {u"!", u"0"},
+    {u" x", u"_x"},        {u"_x", u"0"},           {u"9", u"a"},
+    {u"10", u"2"},         {u"\u00E6", u"af"},      {u"ábaco", u"Zebra"},
+    {u"coop", u"co-op"},   {u"co-op", u"cop"},      {u"co-op", u"c-oop"},
+    {u"its", u"it's"},     {u"\u0441\u0442\u043E\u043B", u"\u0441\u0442\u0443\u043B"},
+    {u"\u03B1\u03B2", u"\u03B2\u03B1"}, {u"zz", u"\u03B1"}, {u"\u03C9", u"\u0430"},
+    {u"o", u"\u00F8"},     {u"\u00F8", u"p"},       {u"ss", u"st"},
+};
+
+TEST(RtlUnicase, CollationOrdersLettersBeforeAccentsBeforeCase) {
+  for (const auto& o : kOrdered) {
+    EXPECT_LT(CollateCompare(o.a, o.b, false), 0) << Utf16ToUtf8(o.a + u" < " + o.b);
+    EXPECT_GT(CollateCompare(o.b, o.a, false), 0) << Utf16ToUtf8(o.b + u" > " + o.a);
+    if (!o.caseOnly) {
+      EXPECT_LT(CollateCompare(o.a, o.b, true), 0) << Utf16ToUtf8(o.a + u" < " + o.b);
+    }
+  }
+}
+
+TEST(RtlUnicase, CollationEqualities) {
+  struct Case { std::u16string a, b; bool ignoreCase; };
+  for (const auto& c : std::vector<Case>{
+           {u"Straße", u"Strasse", false}, {u"co\u00ADop", u"coop", false},
+           {u"\u00E4", u"a\u0308", false}, {std::u16string(u"a\0b", 3), u"ab", false},
+           {u"ÄPFEL", u"äpfel", true},     {u"\u03C3", u"\u03C2", true},
+           {u"", u"", false}}) {
+    EXPECT_EQ(CollateCompare(c.a, c.b, c.ignoreCase), 0) << Utf16ToUtf8(c.a);
+  }
+  EXPECT_NE(CollateCompare(u"\u03C3", u"\u03C2", false), 0);
+  EXPECT_NE(CollateCompare(u"a", u"\uFF41", true), 0);  // width still counts
+}
+
+TEST(RtlLocale, CaseMappingOfLatinGreekCyrillic) {
+  EXPECT_EQ(AnsiLowerCase(u"ÄÖÜÀÉÑÇÅØÞŸ AZ"), u"äöüàéñçåøþÿ az");
+  EXPECT_EQ(AnsiUpperCase(u"äöüàéñçåøþÿ az"), u"ÄÖÜÀÉÑÇÅØÞŸ AZ");
+  EXPECT_EQ(AnsiUpperCase(u"straße"), u"STRAßE");
+  EXPECT_EQ(AnsiUpperCase(u"łódź żółć"), u"ŁÓDŹ ŻÓŁĆ");
+  EXPECT_EQ(AnsiLowerCase(u"ΑΘΉΝΑ МОСКВА ЁЖ"), u"αθήνα москва ёж");
+  EXPECT_EQ(AnsiUpperCase(u""), u"");
+}
+
+TEST(RtlLocale, SystemOrderAgreesWithTheNativeRules) {
+  for (const auto& o : kOrdered) {
+    EXPECT_LT(AnsiCompareStr(o.a, o.b), 0) << Utf16ToUtf8(o.a + u" < " + o.b);
+    EXPECT_EQ(Sign(AnsiCompareText(o.a, o.b)), o.caseOnly ? 0 : -1) << Utf16ToUtf8(o.a);
+  }
+  EXPECT_EQ(AnsiCompareStr(u"Straße", u"Strasse"), 0);
+  EXPECT_TRUE(AnsiSameText(u"ÄRGER", u"ärger"));
+  EXPECT_FALSE(AnsiSameText(u"Arger", u"Ärger"));
+  EXPECT_EQ(AnsiCompareText(std::u16string_view(), u""), 0);
+}
+
+// ---- string lists --------------------------------------------------------------------
+
+TEST(RtlStringList, SortedListKeepsLocaleOrder) {
+  TStringList list;
+  list.SetSorted(true);
+  for (const char16_t* s : {u"Birne", u"apfel", u"Äpfel", u"10", u"2", u"_x", u"Apfel"})
+    list.Add(s);
+  // Apfel and apfel are one line case-insensitively; the first one stays.
+  EXPECT_EQ(LinesOf(list), (Lines{u"_x", u"10", u"2", u"apfel", u"Äpfel", u"Birne"}));
+  int index = -1;
+  EXPECT_TRUE(list.Find(u"BIRNE", index));
+  EXPECT_EQ(index, 5);
+  EXPECT_FALSE(list.Find(u"Banane", index));
+  EXPECT_EQ(index, 5);
+  EXPECT_EQ(list.IndexOf(u"äpfel"), 4);
+
+  list.SetCaseSensitive(true);
+  EXPECT_EQ(list.Add(u"Apfel"), 4);
+  EXPECT_EQ(list.Add(u"APFEL"), 5);
+}
+
+TEST(RtlStringList, DuplicatesOnSortedAdd) {
+  TObject first, second;
+  TStringList list;
+  list.SetSorted(true);
+  list.AddObject(u"b", &first);
+  list.AddObject(u"c", nullptr);
+  EXPECT_EQ(list.AddObject(u"B", &second), 0);  // dupIgnore: the existing line and object
+  EXPECT_EQ(list.Objects(0), &first);
+  EXPECT_EQ(list.Count(), 2);
+
+  list.Duplicates = TDuplicates::dupAccept;
+  EXPECT_EQ(list.AddObject(u"B", &second), 0);  // before the equal line
+  EXPECT_EQ(LinesOf(list), (Lines{u"B", u"b", u"c"}));
+
+  list.Duplicates = TDuplicates::dupError;
+  EXPECT_THROW(list.Add(u"c"), EStringListError);
+  EXPECT_EQ(list.Count(), 3);
+}
+
+TEST(RtlStringList, MisuseThrowsWithTheFrameworkMessages) {
+  TStringList list;
+  list.Add(u"a");
+  const auto message = [](auto&& call) {
+    try {
+      call();
+    } catch (const EStringListError& e) {
+      return std::string(e.what());
+    }
+    return std::string("no error");
+  };
+  EXPECT_EQ(message([&] { list.Get(5); }), "List index out of bounds (5)");
+  EXPECT_EQ(message([&] { list.Delete(-1); }), "List index out of bounds (-1)");
+  EXPECT_EQ(message([&] { list.Insert(2, u"x"); }), "List index out of bounds (2)");
+  list.SetSorted(true);
+  for (const auto& call : std::vector<std::function<void()>>{
+           [&] { list.Insert(0, u"x"); }, [&] { list.Put(0, u"x"); }})
+    EXPECT_EQ(message(call), "Operation not allowed on sorted list");
+  list.Duplicates = TDuplicates::dupError;
+  EXPECT_EQ(message([&] { list.Add(u"A"); }), "String list does not allow duplicates");
+}
+
+TEST(RtlStringList, TextSplitsOnEveryLineBreak) {
+  struct Case { std::u16string text; Lines lines; };
+  for (const auto& c : std::vector<Case>{{u"a\r\nb\rc\nd", {u"a", u"b", u"c", u"d"}},
+                                         {u"a\r\n", {u"a"}},
+                                         {u"a\r\n\r\nb", {u"a", u"", u"b"}},
+                                         {u"\n", {u""}},
+                                         {u"", {}},
+                                         {u"a\n\rb", {u"a", u"", u"b"}}}) {
+    TStringList list;
+    list.SetText(c.text);
+    EXPECT_EQ(LinesOf(list), c.lines) << Utf16ToUtf8(c.text);
+  }
+  TStringList list;
+  list.SetText(u"x\ny");
+  EXPECT_EQ(list.Text(), u"x\r\ny\r\n");
+}
+
+TEST(RtlStringList, DelimitedTextQuotesWhatWouldNotReadBack) {
+  struct Case { Lines lines; char16_t delimiter; bool strict; std::u16string want; };
+  for (const auto& c : std::vector<Case>{
+           {{u"a", u"b c"}, u',', false, u"a,\"b c\""},
+           {{u"a", u"b c"}, u',', true, u"a,b c"},
+           {{u"x;y", u"z"}, u';', true, u"\"x;y\";z"},
+           {{u"say \"hi\""}, u',', true, u"\"say \"\"hi\"\"\""},
+           {{u""}, u',', false, u"\"\""},
+           {{u"", u""}, u',', false, u","},
+           {{}, u',', false, u""},
+           {{u"tab\there"}, u'|', false, u"\"tab\there\""}}) {
+    TStringList list;
+    for (const auto& l : c.lines) list.Add(l);
+    list.Delimiter = c.delimiter;
+    list.StrictDelimiter = c.strict;
+    EXPECT_EQ(list.DelimitedText(), c.want) << Utf16ToUtf8(c.want);
+  }
+}
+
+TEST(RtlStringList, SetDelimitedTextSplits) {
+  struct Case { std::u16string text; bool strict; Lines lines; };
+  for (const auto& c : std::vector<Case>{
+           {u"a, b ,c", false, {u"a", u"b", u"c"}},
+           {u"a, b ,c", true, {u"a", u" b ", u"c"}},
+           {u"a b", false, {u"a", u"b"}},
+           {u"  \"x \"\"y\"\" z\" , w", false, {u"x \"y\" z", u"w"}},
+           {u"\"open", false, {u"open"}},
+           {u"\"q\"r,s", false, {u"q", u"r", u"s"}},
+           {u"a,,b", false, {u"a", u"", u"b"}},
+           {u"a,", false, {u"a", u""}},
+           {u" ,a", false, {u"", u"a"}},
+           {u"a,", true, {u"a", u""}},
+           {u"", false, {}}}) {
+    TStringList list;
+    list.Add(u"old");
+    list.StrictDelimiter = c.strict;
+    list.SetDelimitedText(c.text);
+    EXPECT_EQ(LinesOf(list), c.lines) << Utf16ToUtf8(c.text) << " strict=" << c.strict;
+  }
+}
+
+TEST(RtlStringList, CommaTextIgnoresTheDelimiterSettings) {
+  TStringList list;
+  list.Delimiter = u';';
+  list.QuoteChar = u'\'';
+  list.StrictDelimiter = true;
+  list.SetCommaText(u"a b,'c'");
+  EXPECT_EQ(LinesOf(list), (Lines{u"a", u"b", u"'c'"}));
+  EXPECT_EQ(list.CommaText(), u"a,b,'c'");
+  list.SetText(u"x y\nz");
+  EXPECT_EQ(list.CommaText(), u"\"x y\",z");
+  EXPECT_EQ(list.DelimitedText(), u"x y;z");
+}
+
+TEST(RtlStringList, NameValuePairs) {
+  TStringList list;
+  list.SetText(u"Host=example\nplain\nPort=80=90\n=anon");
+  EXPECT_EQ(list.Names(0), u"Host");
+  EXPECT_EQ(list.Names(1), u"");
+  EXPECT_EQ(list.ValueFromIndex(1), u"");
+  EXPECT_EQ(list.ValueFromIndex(2), u"80=90");
+  EXPECT_EQ(list.Values(u"HOST"), u"example");
+  EXPECT_EQ(list.Values(u"missing"), u"");
+  EXPECT_EQ(list.IndexOfName(u"port"), 2);
+  EXPECT_EQ(list.IndexOfName(u"plain"), -1);
+
+  list.SetValue(u"Port", u"8080");
+  list.SetValue(u"User", u"me");
+  list.SetValue(u"host", u"");
+  EXPECT_EQ(LinesOf(list), (Lines{u"plain", u"Port=8080", u"=anon", u"User=me"}));
+
+  list.NameValueSeparator = u':';
+  list.SetValue(u"k", u"v");
+  EXPECT_EQ(list.Values(u"K"), u"v");
+}
+
+TEST(RtlStringList, ChangeNotificationsWaitForTheOutermostUpdate) {
+  TStringList list;
+  std::u16string log;
+  list.OnChanging = [&](TObject* sender) {
+    EXPECT_EQ(sender, &list);
+    log += u'<';
+  };
+  list.OnChange = [&](TObject*) { log += u'>'; };
+  list.Add(u"a");
+  list.Clear();
+  list.Clear();  // nothing to clear, nothing to tell
+  EXPECT_EQ(log, u"<><>");
+
+  log.clear();
+  list.BeginUpdate();
+  list.BeginUpdate();
+  list.Add(u"b");
+  list.SetText(u"c\nd");
+  list.EndUpdate();
+  EXPECT_EQ(log, u"<");
+  list.EndUpdate();
+  EXPECT_EQ(log, u"<>");
+  list.EndUpdate();  // unbalanced: ignored
+  EXPECT_EQ(list.UpdateCount(), 0);
+
+  log.clear();
+  list.SetCommaText(u"x,y");
+  EXPECT_EQ(log, u"<>");
+}
+
+TEST(RtlStringList, CustomSortOrdersByTheGivenRuleStably) {
+  TStringList list;
+  list.SetCommaText(u"ccc,a,bb,b,aa");
+  list.CustomSort([](TStringList& l, int a, int b) {
+    return static_cast<int>(l[a].size()) - static_cast<int>(l[b].size());
+  });
+  EXPECT_EQ(LinesOf(list), (Lines{u"a", u"b", u"bb", u"aa", u"ccc"}));
+  list.Exchange(0, 4);
+  EXPECT_EQ(list[0], u"ccc");
+}
+
+TEST(RtlStringList, AssignCopiesLinesObjectsAndDelimiters) {
+  TObject object;
+  TStringList source, target;
+  source.AddObject(u"one", &object);
+  source.Add(u"two");
+  source.Delimiter = u';';
+  target.Add(u"stale");
+  target.Assign(source);
+  EXPECT_EQ(LinesOf(target), (Lines{u"one", u"two"}));
+  EXPECT_EQ(target.IndexOfObject(&object), 0);
+  EXPECT_EQ(target.DelimitedText(), u"one;two");
+  target.Assign(target);
+  EXPECT_EQ(target.Count(), 2);
+  target.AddStrings(target);
+  EXPECT_EQ(LinesOf(target), (Lines{u"one", u"two", u"one", u"two"}));
+}
+
+}  // namespace
+}  // namespace rtl

@@ -1,0 +1,260 @@
+// Word and position search (tools/search.h). The whole-word, reverse and wildcard
+// searches are checked against the plain definitions they must agree with, written here
+// the slow and literal way, over many generated strings.
+#include "tools/search.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "rtl/classes.h"
+#include "rtl/locale.h"
+#include "rtl/ustring.h"
+
+using namespace Qm_tools;
+using std::u16string;
+using std::u16string_view;
+
+namespace {
+
+enum class Set { Wide, WideDigits, WideHyphen };
+
+// Word characters among those the generated strings use.
+bool IsWordChar(char16_t c, Set set) {
+  if (u16string_view(u"abABxäÄ").find(c) != u16string_view::npos) return true;
+  return (c == u'1' && set == Set::WideDigits) || (c == u'-' && set == Set::WideHyphen);
+}
+
+// WordPos and WordPos2 as defined: recursion into the rest after a rejected match.
+int RecursiveWordPos(u16string_view word, u16string_view text, Set set) {
+  const u16string low = rtl::AnsiLowerCase(word);
+  const int p = rtl::Pos(low, rtl::AnsiLowerCase(text));
+  if (p == 0) return 0;
+  const int n = rtl::Length(word), len = rtl::Length(text);
+  const bool left = p == 1 || !IsWordChar(text[p - 2], set);
+  const bool right = p + n - 1 == len || !IsWordChar(text[p + n - 1], set);
+  if (left && right) return p;
+  const u16string rest = rtl::Copy(text, p + 1);
+  if (rtl::Pos(low, rest) == 0) return 0;
+  const int r = RecursiveWordPos(word, rest, set == Set::WideHyphen ? set : Set::Wide);
+  return r > 0 ? r + p : 0;
+}
+
+// InstrLeft as defined: a window k..limit grown leftwards until it holds the needle.
+int WindowInstrLeft(int limit, u16string_view text, u16string_view needle) {
+  for (int k = limit; k >= 1; --k)
+    if (rtl::Pos(needle, rtl::Copy(text, k, limit - k + 1)) > 0) return k;
+  return 0;
+}
+
+// Plain wildcard matching, which qm_Like must equal wherever no '?' follows a '*'.
+bool Glob(u16string_view t, u16string_view p) {
+  std::vector<std::vector<char>> m(p.size() + 1, std::vector<char>(t.size() + 1, 0));
+  m[0][0] = 1;
+  for (size_t i = 1; i <= p.size(); ++i)
+    for (size_t j = 0; j <= t.size(); ++j)
+      m[i][j] = p[i - 1] == u'*'
+                    ? m[i - 1][j] || (j > 0 && m[i][j - 1])
+                    : j > 0 && m[i - 1][j - 1] && (p[i - 1] == u'?' || p[i - 1] == t[j - 1]);
+  return m[p.size()][t.size()];
+}
+
+u16string Random(std::mt19937& rng, u16string_view alphabet, size_t maxLen) {
+  u16string s(std::uniform_int_distribution<size_t>(0, maxLen)(rng), u' ');
+  std::uniform_int_distribution<size_t> pick(0, alphabet.size() - 1);
+  for (auto& c : s) c = alphabet[pick(rng)];
+  return s;
+}
+
+}  // namespace
+
+TEST(SearchWord, WholeWordRoutinesKeepTheirBoundaryRules) {
+  struct Case { const char* routine; int got, want; };
+  const Case cases[] = {
+      {"later lower-case word", WordPos(u"ab", u"xab ab", false), 5},
+      {"later word not in lower case", WordPos(u"ab", u"xab AB", false), 0},
+      {"accents are letters", WordPos(u"ab", u"éab", false), 0},
+      {"digit joins word", WordPos(u"ab", u"ab1", true), 0},
+      {"digit is boundary", WordPos(u"ab", u"ab1", false), 1},
+      {"inner search ignores digits", WordPos(u"ab", u"xab ab1", true), 5},
+      {"rest starts a line", WordPos(u"aa", u"xaaa", false), 3},
+      {"hyphen is boundary", WordPos(u"ab", u"ab-c", false), 1},
+      {"hyphen joins word", WordPos2(u"ab", u"ab-c"), 0},
+      {"hyphen later word", WordPos2(u"ab", u"x-ab ab"), 6},
+      {"first only", WordPos3(u"ab", u"xab ab"), 0},
+      {"letters only", CharsetPos(u"ab", u"xab ab"), 0},
+      {"é is no Letter", CharsetPos(u"ab", u"éab"), 2},
+      {"left only", WordLeftPos(u"ab", u"ab1"), 1},
+      {"left only, bad left", WordLeftPos(u"ab", u"äab"), 0},
+      {"from start", WordPosFrom(u"ab", u"ab xab ab", 2), 0},
+      {"from start whole", WordPosFrom(u"AB", u"ab x ab", 2), 6},
+      {"start 0 shifts", WordPosFrom(u"a.", u"  a.", 0), 2},
+      {"start 0 shifts to 0", WordPosFrom(u"ab", u"ab", 0), 0},
+      {"empty word", WordPos(u"", u"abc", false), 0},
+  };
+  for (const auto& c : cases) EXPECT_EQ(c.got, c.want) << c.routine;
+  EXPECT_TRUE(WordsInText(u';', u"zz;;AB", u"x ab"));
+  EXPECT_FALSE(WordsInText(u';', u"zz;xa", u"x ab"));
+}
+
+TEST(SearchWord, IterativeSearchEqualsRecursiveDefinition) {
+  std::mt19937 rng(20240611);
+  const u16string_view alphabet = u"ab AB-1xäÄ";
+  for (int i = 0; i < 40000; ++i) {
+    const u16string text = Random(rng, alphabet, 24);
+    u16string word = Random(rng, alphabet, 3);
+    SCOPED_TRACE(rtl::Utf16ToUtf8(u"word '" + word + u"' text '" + text + u"'"));
+    ASSERT_EQ(WordPos(word, text, false), RecursiveWordPos(word, text, Set::Wide));
+    ASSERT_EQ(WordPos(word, text, true), RecursiveWordPos(word, text, Set::WideDigits));
+    ASSERT_EQ(WordPos2(word, text), RecursiveWordPos(word, text, Set::WideHyphen));
+  }
+}
+
+TEST(SearchWord, LongHostileTextNeedsNoDeepRecursion) {
+  u16string rejected, lowerCase;
+  for (int i = 0; i < 200000; ++i) rejected += u"xAB ";
+  for (int i = 0; i < 200000; ++i) lowerCase += u"xab ";
+  EXPECT_EQ(WordPos(u"ab", rejected + u"ab", false), 800001);
+  EXPECT_EQ(WordPos(u"ab", lowerCase, false), 0);
+  EXPECT_EQ(WordPos2(u"ab", lowerCase + u"ab"), 800001);
+}
+
+TEST(SearchPosition, FindsOccurrencesAsCallersExpect) {
+  struct Case { const char* routine; int got, want; };
+  const Case cases[] = {
+      {"Instr", Instr(2, u"abab", u"ab"), 3},
+      {"Instr below 1 shifts", Instr(-2, u"xab", u"ab"), -1},
+      {"RPos", RPos(u"a", u"banana"), 6},
+      {"RPosFrom", RPosFrom(u"a", u"banana", 5), 4},
+      {"RPosFrom huge limit", RPosFrom(u"na", u"banana", 0x7fffffff), 5},
+      {"InstrLeft whole within", InstrLeft(5, u"banana", u"na"), 3},
+      {"InstrLeft no room", InstrLeft(-1, u"banana", u"a"), 0},
+      {"LastPos", LastPos(u"na", u"banana"), 5},
+      {"LastPos misses after false start", LastPos(u"ab", u"abb"), 0},
+      {"LastPos empty", LastPos(u"", u"abb"), 0},
+      {"OccurNr overlapping", OccurNr(u"aa", u"aaaa", 3), 3},
+      {"OccurNr too few", OccurNr(u"x", u"abc", 1), -1},
+      {"OccurNr zeroth", OccurNr(u"a", u"abc", 0), -1},
+      {"OccurNr empty needle", OccurNr(u"", u"abc", 2), 2},
+      {"ULPos", ULPos(u"ÄB", u"xäb"), 2},
+      {"FirstDifferent", FirstDifferent(u'0', u"007"), 3},
+  };
+  for (const auto& c : cases) EXPECT_EQ(c.got, c.want) << c.routine;
+  int pos = -5;
+  EXPECT_FALSE(qmxPos(u"z", u"abc", pos));
+  EXPECT_EQ(pos, 0);
+}
+
+TEST(SearchPosition, ReverseSearchEqualsWindowDefinition) {
+  std::mt19937 rng(7);
+  for (int i = 0; i < 20000; ++i) {
+    const u16string text = Random(rng, u"aab", 12);
+    const u16string needle = Random(rng, u"ab", 3);
+    const int limit = std::uniform_int_distribution<int>(-1, 15)(rng);
+    ASSERT_EQ(InstrLeft(limit, text, needle), WindowInstrLeft(limit, text, needle));
+    ASSERT_EQ(RPos(needle, text), WindowInstrLeft(rtl::Length(text), text, needle));
+  }
+}
+
+TEST(SearchPosition, ListsAndMarkers) {
+  rtl::TStringList list;
+  list.Add(u"alpha");
+  list.Add(u"beta");
+  EXPECT_EQ(IsTxtInList(u"et", list), 1);
+  EXPECT_EQ(IsTxtInList(u"ET", list), -1);
+  EXPECT_EQ(IsTxtInList(u"", list), -1);
+
+  EXPECT_EQ(ContentBetween(u"x<a>y</a>", u"<a>", u"</a>"), u"y");
+  EXPECT_EQ(ContentBetween(u"x<a>y", u"<a>", u"</a>"), u"");
+  EXPECT_EQ(ContentBetween(u"x<a>y</a>", u"", u"</a>"), u"");
+  const u16string body(9996, u'-');
+  EXPECT_EQ(ContentBetween(u"<a>" + body + u"</a>", u"<a>", u"</a>"), body);
+  EXPECT_EQ(ContentBetween(u"<a>-" + body + u"</a>", u"<a>", u"</a>"), u"");
+}
+
+TEST(SearchLike, MatchesWholeTextWithLatestStarBacktracking) {
+  struct Case { const char16_t *text, *pattern; bool want; };
+  const Case cases[] = {
+      {u"abc", u"a*c", true},   {u"abc", u"a?c", true},    {u"abc", u"A*", false},
+      {u"", u"*", true},        {u"", u"", true},          {u"a", u"", false},
+      {u"", u"?", false},       {u"", u"**", true},        {u"abcbc", u"*bc", true},
+      {u"abcb", u"*bc", false}, {u"ab", u"a?*", true},     {u"a", u"a?*", false},
+      {u"ab", u"*?b", true},    {u"axaxb", u"*?xb", true}, {u"abc", u"*c*", true},
+      // The '?' after a star is taken again one past the last literal found, so these
+      // miss matches a plain wildcard match would find.
+      {u"xbb", u"*?b", false},  {u"axxb", u"*?xb", false}, {u"abb", u"**?b", false},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(qm_Like(c.text, c.pattern), c.want)
+        << rtl::Utf16ToUtf8(c.text) << " ~ " << rtl::Utf16ToUtf8(c.pattern);
+}
+
+TEST(SearchLike, EqualsPlainWildcardsUnlessQuestionMarkFollowsStar) {
+  std::mt19937 rng(99);
+  for (int i = 0; i < 50000; ++i) {
+    const u16string text = Random(rng, u"aab", 10);
+    const u16string pattern = Random(rng, u"ab*?", 7);
+    if (pattern.find(u"*?") != u16string::npos) continue;
+    ASSERT_EQ(qm_Like(text, pattern), Glob(text, pattern))
+        << rtl::Utf16ToUtf8(text) << " ~ " << rtl::Utf16ToUtf8(pattern);
+  }
+}
+
+TEST(SearchLike, ManyStarsOnLongTextStayFast) {
+  const u16string text(100000, u'a');
+  u16string stars;
+  for (int i = 0; i < 2000; ++i) stars += u"*a";
+  EXPECT_FALSE(qm_Like(text, stars + u"b"));
+  EXPECT_TRUE(qm_Like(text, stars));
+  EXPECT_FALSE(qm_Like(text, u"*" + u16string(300, u'a') + u"b"));
+}
+
+TEST(SearchText, PredicatesAndFormatters) {
+  struct Case { u16string got, want; };
+  const Case cases[] = {
+      {GetTwoNr(7), u"07"},        {GetTwoNr(-3), u"0-3"},        {GetTwoNr(10), u"10"},
+      {GetThreeNr(5), u"005"},     {GetThreeNr(42), u"042"},      {GetThreeNr(250), u"250"},
+      {GetThreeNr(10), u""},       {GetThreeNr(100), u""},        {GetThreeNr(-1), u"00-1"},
+      {qm_HexStrInvert(u"A1B2C3"), u"C3B2A1"},  {qm_HexStrInvert(u"ABC"), u"BC"},
+      {qm_StrInvert(u"abc"), u"cba"},           {RemoveDblSpaces(u"  a \t  b  "), u" a \t b "},
+      {LeadStr(u"7", u'0', 3), u"007"},         {LeadStr(u"1234", u'0', 3), u"1234"},
+      {ReplaceStr(u"aXbX", u"X", u"yy", false), u"ayybyy"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(c.got, c.want);
+  EXPECT_TRUE(NoAlpha(u"12 é-"));
+  EXPECT_FALSE(NoAlpha(u"12ß"));
+  EXPECT_TRUE(DigitsInStr(u"ab3"));
+  EXPECT_FALSE(DigitsInStr(u"abc"));
+}
+
+TEST(SearchTokenizer, WalksItemsInEitherDirection) {
+  struct Case { u16string_view text; std::vector<u16string> forward, backward; };
+  const Case cases[] = {
+      {u"ab;cd;ef", {u"ab", u"cd", u"ef"}, {u"ef", u"cd", u"ab"}},
+      {u"a;b", {u"a"}, {u"b"}},
+      {u"a", {}, {}},
+      {u"abc", {u"abc"}, {u"abc"}},
+      {u"a;;bc", {u"a", u"", u"bc"}, {u"bc", u""}},
+      {u";ab", {u"", u"ab"}, {u"ab", u""}},
+      {u"ab;", {u"ab"}, {u"", u"ab"}},
+      {u"", {}, {u""}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(rtl::Utf16ToUtf8(c.text));
+    TSequntialStrSearch walk(c.text, u';');
+    std::vector<u16string> got;
+    while (walk.Findnext()) got.push_back(walk.CurrentItem());
+    EXPECT_EQ(got, c.forward);
+    walk.Init(c.text, u';');
+    got.clear();
+    while (walk.FindPrev()) got.push_back(walk.CurrentItem());
+    EXPECT_EQ(got, c.backward);
+    EXPECT_EQ(walk.CurrentItem(), u"");
+  }
+  TSequntialStrSearch endsInDelimiter(u"ab;", u';');
+  endsInDelimiter.Findnext();
+  EXPECT_FALSE(endsInDelimiter.Findnext());
+  EXPECT_EQ(endsInDelimiter.CurrentItem(), u"ab");
+}
