@@ -1,39 +1,39 @@
-// The framework's component and control model over real Win32 windows: ownership
-// (an owner frees what it owns), parent and child controls, bounds, align layout with
-// margins, and a window procedure per windowed control. Only the windows build
-// compiles the Win32 side; the layout rule itself is pure (ui/align.h).
+// The component and control model over real Win32 windows: ownership (an owner frees what
+// it owns), parents and children (a parent frees its children), bounds kept in step with
+// the windows, align layout, and one window procedure per windowed control. Controls
+// without a window (TGraphicControl) are painted and clicked through their parent.
+// Windows build only; the layout rule itself is pure (ui/align.h).
+//
+// Every module that links the library has its own copy of it, and objects of one copy own
+// and parent objects of the other (the package's frame sits in the host's frame). So an
+// object reaches its owner, parent and children through virtual functions only (plain
+// fields of theirs are read directly: both copies are built from this header), and a
+// window finds its object through GWLP_USERDATA, never through a table of the process.
 #pragma once
 
+#include <windows.h>
+
 #include <cstdint>
-#include <functional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "rtl/classes.h"
+#include "rtl/handles.h"
 #include "ui/align.h"
-
-#ifdef _WIN32
-#include <windows.h>
-#else
-using HWND = void*;
-#endif
+#include "ui/graphics.h"
 
 namespace ui {
 
-using rtl::TObject;
-using TColor = std::int32_t;
-// System colours as the framework encodes them: 0xFF000000 | COLOR_xxx.
-constexpr TColor clWindow = static_cast<TColor>(0xFF000005);
-constexpr TColor clBtnFace = static_cast<TColor>(0xFF00000F);
-constexpr TColor clWindowText = static_cast<TColor>(0xFF000008);
-constexpr TColor clWhite = 0x00FFFFFF;
-constexpr TColor clBlack = 0x00000000;
-// A system colour resolved to 0x00BBGGRR; plain colours pass through.
-TColor ColorToRGB(TColor c);
+// Messages the library sends to its own windows, at the framework's numbers.
+constexpr UINT CM_BASE = 0xB000;
+constexpr UINT CM_RELEASE = CM_BASE + 33;
+// A parent hands a child's notification (WM_COMMAND...) back to the child as CN_xxx.
+constexpr UINT CN_BASE = 0xBC00;
+constexpr UINT CN_COMMAND = CN_BASE + WM_COMMAND;
 
-using TNotifyEvent = std::function<void(TObject* sender)>;
-
-// Owns the components created with it as owner; frees them, newest first, when freed.
+// Owns the components created with it as owner and frees them, newest first, when freed.
 class TComponent : public TObject {
  public:
   explicit TComponent(TComponent* owner);
@@ -44,9 +44,19 @@ class TComponent : public TObject {
   TComponent* Owner() const { return owner_; }
   int ComponentCount() const { return static_cast<int>(components_.size()); }
   TComponent* Components(int index) const { return components_[static_cast<size_t>(index)]; }
+  // The owned component of that name (ASCII case ignored), or null.
+  TComponent* FindComponent(std::u16string_view name) const;
 
   std::u16string Name;
   std::intptr_t Tag = 0;
+
+ protected:
+  // Bookkeeping of the owner, called by a component as it arrives and as it goes.
+  virtual void InsertComponent(TComponent* component);
+  virtual void RemoveComponent(TComponent* component);
+  // True once destruction has begun: nothing is laid out or painted any more.
+  bool Destroying() const { return destroying_; }
+  bool destroying_ = false;
 
  private:
   TComponent* owner_ = nullptr;
@@ -55,19 +65,24 @@ class TComponent : public TObject {
 
 class TWinControl;
 
-struct TFont {
-  std::u16string Name = u"Segoe UI";
-  int Height = -12;  // negative: character height in pixels, as the framework stores it
-  TColor Color = clWindowText;
-};
+// Parts of a control that a style may draw; this system draws no styles and keeps the set
+// for the code that states it.
+enum class TStyleElement { seFont, seClient, seBorder };
+using enum TStyleElement;
+using TStyleElements = std::set<TStyleElement>;
 
-// A control: bounds in its parent's client coordinates, alignment, visibility.
+// A control: bounds in its parent's client coordinates, alignment, visibility, colour and
+// font. The plain fields (Color, Font, Margins...) are read at each paint and layout;
+// after changing them on a control already shown, call Invalidate() or the parent's
+// Realign().
 class TControl : public TComponent {
  public:
   explicit TControl(TComponent* owner);
   ~TControl() override;
 
   TWinControl* Parent() const { return parent_; }
+  // Moves the control into `parent` (null: out of any), creating its window there when
+  // the parent has one already.
   virtual void SetParent(TWinControl* parent);
 
   int Left() const { return bounds_.Left; }
@@ -76,83 +91,162 @@ class TControl : public TComponent {
   int Height() const { return bounds_.Height(); }
   TRect BoundsRect() const { return bounds_; }
   virtual void SetBounds(int left, int top, int width, int height);
-  void SetWidth(int w) { SetBounds(Left(), Top(), w, Height()); }
-  void SetHeight(int h) { SetBounds(Left(), Top(), Width(), h); }
+  void SetLeft(int left) { SetBounds(left, Top(), Width(), Height()); }
+  void SetTop(int top) { SetBounds(Left(), top, Width(), Height()); }
+  void SetWidth(int width) { SetBounds(Left(), Top(), width, Height()); }
+  void SetHeight(int height) { SetBounds(Left(), Top(), Width(), height); }
 
   TAlign Align() const { return align_; }
-  void SetAlign(TAlign a);
+  void SetAlign(TAlign align);
   bool AlignWithMargins = false;
   TMargins Margins;
 
   bool Visible() const { return visible_; }
-  virtual void SetVisible(bool v);
+  virtual void SetVisible(bool visible);
+  void Show() { SetVisible(true); }
+  void Hide() { SetVisible(false); }
   bool Enabled() const { return enabled_; }
-  virtual void SetEnabled(bool e);
+  virtual void SetEnabled(bool enabled);
   const std::u16string& Caption() const { return caption_; }
-  virtual void SetCaption(const std::u16string& c);
+  virtual void SetCaption(const std::u16string& caption);
 
   TColor Color = clBtnFace;
+  bool ParentColor = true;  // true: the parent's colour is shown instead of Color
   TFont Font;
+  bool ParentFont = true;  // true: the parent's font is used instead of Font
+  TStyleElements StyleElements{seFont, seClient, seBorder};
   TNotifyEvent OnClick;
 
+  // The colour and font the control shows: its own, or its parent's.
+  virtual TColor ResolvedColor() const;
+  virtual TFont ResolvedFont() const;
+  // A GDI font for ResolvedFont(), kept by the control until the font changes.
+  HFONT FontHandle();
+  // Asks for the control to be painted again.
+  virtual void Invalidate();
+  // What a click does: OnClick.
+  virtual void Click();
+
+  // The control as a windowed one, or null for a control its parent paints.
+  virtual TWinControl* AsWinControl() { return nullptr; }
+
  protected:
+  friend class TWinControl;
+  // Paints a control without a window, with the origin at its top left corner.
+  virtual void Paint(HDC /*dc*/) {}
+  // Has the parent lay its children out again when this one's place there changed.
+  void RequestAlign();
+
   TRect bounds_{0, 0, 0, 0};
   TWinControl* parent_ = nullptr;
-  TAlign align_ = TAlign::alNone;
+  TAlign align_ = alNone;
   bool visible_ = true;
   bool enabled_ = true;
   std::u16string caption_;
+
+ private:
+  rtl::unique_hfont fontHandle_;
+  TFont fontOfHandle_;
+};
+
+// A control drawn by its parent, in the parent's window (images, labels, shapes).
+class TGraphicControl : public TControl {
+ public:
+  explicit TGraphicControl(TComponent* owner);
+  void SetBounds(int left, int top, int width, int height) override;
+  void SetVisible(bool visible) override;
+  void Invalidate() override;
 };
 
 // A control with a window of its own. The window is made when Handle() is first asked
-// for (the parent's first), and destroyed with the control.
+// for (the parent's window first), with the windows of all windowed children, and is
+// destroyed with the control. Freeing a windowed control frees its children too.
 class TWinControl : public TControl {
  public:
   explicit TWinControl(TComponent* owner);
   ~TWinControl() override;
 
-  HWND Handle();
-  bool HandleAllocated() const { return handle_ != nullptr; }
+  virtual HWND Handle();
+  virtual bool HandleAllocated() const { return static_cast<bool>(handle_); }
+  // A window not made by the library to live in (the parent must then be null).
+  HWND ParentWindow() const { return parentWindow_; }
+  void SetParentWindow(HWND parent);
+
   int ControlCount() const { return static_cast<int>(controls_.size()); }
   TControl* Controls(int index) const { return controls_[static_cast<size_t>(index)]; }
-  int ClientWidth() const { return Width(); }
-  int ClientHeight() const { return Height(); }
+  // The client area: the window's when there is one, else the bounds' size.
+  virtual TRect ClientRect() const;
+  int ClientWidth() const { return ClientRect().Width(); }
+  int ClientHeight() const { return ClientRect().Height(); }
 
+  void SetParent(TWinControl* parent) override;
   void SetBounds(int left, int top, int width, int height) override;
-  void SetVisible(bool v) override;
-  void SetEnabled(bool e) override;
-  void SetCaption(const std::u16string& c) override;
+  void SetVisible(bool visible) override;
+  void SetEnabled(bool enabled) override;
+  void SetCaption(const std::u16string& caption) override;
+  void Invalidate() override;
+  TWinControl* AsWinControl() override { return this; }
+
   // Lays the aligned children out in the client area again.
-  void Realign();
+  virtual void Realign();
+  // Holds layout back while many children change; the last EnableAlign lays them out.
+  void DisableAlign() { ++alignDisabled_; }
+  void EnableAlign();
+  // Repaints part of the client area (a child without a window asks for its own).
+  virtual void InvalidateArea(const TRect& area);
+  // The colour that shows behind the children: the parent's when ParentBackground.
+  virtual TColor BackgroundColor() const;
 
   bool ParentBackground = true;
   TNotifyEvent OnResize;
 
-#ifdef _WIN32
-  // Every message of the control's window passes here first; the default hands it on.
+  // Every message of the control's window passes here first; what is not handled goes on
+  // to DefaultHandler. Overrides call the base for what they leave.
   virtual LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam);
-#endif
 
  protected:
-#ifdef _WIN32
+  friend class TControl;
   struct CreateParams {
-    std::wstring className;      // a class of our own unless a system class is named
+    std::wstring className;  // registered for this module, unless systemClass
     DWORD style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
     DWORD exStyle = 0;
-    bool systemClass = false;    // "BUTTON", "STATIC"...: subclassed, not registered
+    UINT classStyle = CS_DBLCLKS;
+    bool systemClass = false;  // "BUTTON", "STATIC"...: made as is, then subclassed
+    int x = 0, y = 0, width = 0, height = 0;
   };
+  // The window to make; overrides set their class name and styles on top of the base's.
   virtual void CreateParamsFor(CreateParams& params);
-  LRESULT DefaultHandler(UINT msg, WPARAM wParam, LPARAM lParam);
-  virtual void Resize();
-  void CreateHandle();
+  // Makes the window itself (children are made by Handle afterwards).
+  virtual void CreateWnd();
   void DestroyHandle();
-#endif
-  friend class TControl;
+  // The window's default procedure: DefWindowProc, or the system class's.
+  LRESULT DefaultHandler(UINT msg, WPARAM wParam, LPARAM lParam);
+  // The size of the window changed: OnResize.
+  virtual void Resize();
+  // Takes off the client area what the control draws at its edges (a bevel).
+  virtual void AdjustClientRect(TRect& /*rect*/) const {}
+  // Paints the window's own content before the children without a window are painted.
+  virtual void PaintWindow(HDC /*dc*/) {}
+  virtual void InsertControl(TControl* control);
+  virtual void RemoveControl(TControl* control);
+
   std::vector<TControl*> controls_;
-  HWND handle_ = nullptr;
-#ifdef _WIN32
+
+ private:
+  static LRESULT CALLBACK MainWndProc(HWND window, UINT msg, WPARAM wParam, LPARAM lParam);
+  // The window ended by itself (its parent window went): forget it without destroying.
+  void WindowGone(HWND window);
+  void UpdateBounds();
+  void PaintHandler();
+  void EraseBackground(HDC dc);
+  TControl* GraphicControlAt(int x, int y) const;
+
+  rtl::unique_hwnd handle_;
+  HWND parentWindow_ = nullptr;
   WNDPROC systemProc_ = nullptr;
-#endif
+  TControl* pressed_ = nullptr;
+  int alignDisabled_ = 0;
+  bool aligning_ = false;
 };
 
 }  // namespace ui

@@ -1,0 +1,134 @@
+// TIniFile (rtl/inifiles.h) over GetPrivateProfileStringW / WritePrivateProfileStringW.
+#include <windows.h>
+
+#include <vector>
+
+#include "rtl/inifiles.h"
+#include "rtl/ustring.h"
+
+namespace rtl {
+
+namespace {
+
+const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+
+// The null-separated list that GetPrivateProfileStringW gives for a null key (the keys of
+// a section) or a null section (the section names), into `lines`. The buffer grows until
+// the list fits: the API says "too small" only by filling it to size - 2.
+void ReadList(const wchar_t* section, const std::u16string& fileName, TStrings& lines) {
+  std::vector<wchar_t> buffer(16384);
+  DWORD length;
+  for (;;) {
+    length = GetPrivateProfileStringW(section, nullptr, nullptr, buffer.data(),
+                                      static_cast<DWORD>(buffer.size()), W(fileName));
+    if (length < buffer.size() - 2) break;
+    buffer.resize(buffer.size() * 2);
+  }
+  lines.BeginUpdate();
+  lines.Clear();
+  for (const wchar_t* p = buffer.data(); p < buffer.data() + length && *p != L'\0';) {
+    const std::u16string line(reinterpret_cast<const char16_t*>(p));
+    lines.Add(line);
+    p += line.size() + 1;
+  }
+  lines.EndUpdate();
+}
+
+// Hexadecimal digits after a "0x" or "$" prefix (already removed), as the framework's
+// string-to-integer conversion reads them; false for anything else.
+bool HexValue(std::u16string_view digits, bool negative, int& value) {
+  if (digits.empty() || digits.size() > 8) return false;
+  unsigned result = 0;
+  for (char16_t c : digits) {
+    unsigned d;
+    if (c >= u'0' && c <= u'9')
+      d = c - u'0';
+    else if (c >= u'a' && c <= u'f')
+      d = c - u'a' + 10;
+    else if (c >= u'A' && c <= u'F')
+      d = c - u'A' + 10;
+    else
+      return false;
+    result = result * 16 + d;
+  }
+  value = static_cast<int>(negative ? 0u - result : result);
+  return true;
+}
+
+}  // namespace
+
+TIniFile::TIniFile(std::u16string fileName) : fileName_(std::move(fileName)) {}
+
+TIniFile::~TIniFile() { WritePrivateProfileStringW(nullptr, nullptr, nullptr, W(fileName_)); }
+
+std::u16string TIniFile::ReadString(const std::u16string& section, const std::u16string& ident,
+                                    const std::u16string& fallback) const {
+  wchar_t buffer[2048];
+  const DWORD length =
+      GetPrivateProfileStringW(W(section), W(ident), W(fallback), buffer, 2048, W(fileName_));
+  return std::u16string(reinterpret_cast<const char16_t*>(buffer), length);
+}
+
+void TIniFile::WriteString(const std::u16string& section, const std::u16string& ident,
+                           const std::u16string& value) {
+  if (!WritePrivateProfileStringW(W(section), W(ident), W(value), W(fileName_)))
+    throw EIniFileException("cannot write " + Utf16ToUtf8(fileName_));
+}
+
+int TIniFile::ReadInteger(const std::u16string& section, const std::u16string& ident,
+                          int fallback) const {
+  const std::u16string text = Trim(ReadString(section, ident, u""));
+  std::u16string_view digits(text);
+  const bool negative = !digits.empty() && digits.front() == u'-';
+  if (negative || (!digits.empty() && digits.front() == u'+')) digits.remove_prefix(1);
+  int value;
+  if (digits.starts_with(u"0x") || digits.starts_with(u"0X"))
+    return HexValue(digits.substr(2), negative, value) ? value : fallback;
+  if (digits.starts_with(u"$"))
+    return HexValue(digits.substr(1), negative, value) ? value : fallback;
+  return StrToIntDef(text, fallback);
+}
+
+void TIniFile::WriteInteger(const std::u16string& section, const std::u16string& ident, int value) {
+  WriteString(section, ident, IntToStr(value));
+}
+
+bool TIniFile::ReadBool(const std::u16string& section, const std::u16string& ident,
+                        bool fallback) const {
+  return ReadInteger(section, ident, fallback ? 1 : 0) != 0;
+}
+
+void TIniFile::WriteBool(const std::u16string& section, const std::u16string& ident, bool value) {
+  WriteString(section, ident, value ? u"1" : u"0");
+}
+
+bool TIniFile::SectionExists(const std::u16string& section) const {
+  TStringList keys;
+  ReadSection(section, keys);
+  return keys.Count() > 0;
+}
+
+bool TIniFile::ValueExists(const std::u16string& section, const std::u16string& ident) const {
+  TStringList keys;
+  ReadSection(section, keys);
+  return keys.IndexOf(ident) >= 0;
+}
+
+void TIniFile::ReadSection(const std::u16string& section, TStrings& keys) const {
+  ReadList(W(section), fileName_, keys);
+}
+
+void TIniFile::ReadSections(TStrings& sections) const { ReadList(nullptr, fileName_, sections); }
+
+void TIniFile::EraseSection(const std::u16string& section) {
+  if (!WritePrivateProfileStringW(W(section), nullptr, nullptr, W(fileName_)))
+    throw EIniFileException("cannot write " + Utf16ToUtf8(fileName_));
+}
+
+void TIniFile::DeleteKey(const std::u16string& section, const std::u16string& ident) {
+  WritePrivateProfileStringW(W(section), W(ident), nullptr, W(fileName_));
+}
+
+void TIniFile::UpdateFile() { WritePrivateProfileStringW(nullptr, nullptr, nullptr, W(fileName_)); }
+
+}  // namespace rtl

@@ -1,0 +1,99 @@
+// The align rule: stacking order, tie-breaks, margins, and what it leaves alone.
+#include "ui/align.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace ui;  // the alXxx enumerators, as layout code names them
+
+TAlignChild Child(TAlign align, TRect bounds, bool visible = true) {
+  return {align, bounds, visible, false, {}};
+}
+TAlignChild WithMargins(TAlign align, TRect bounds, TMargins margins) {
+  return {align, bounds, true, true, margins};
+}
+
+std::string Describe(const std::vector<TRect>& rects) {
+  std::string s;
+  for (const TRect& r : rects)
+    s += "{" + std::to_string(r.Left) + "," + std::to_string(r.Top) + "," +
+         std::to_string(r.Right) + "," + std::to_string(r.Bottom) + "} ";
+  return s;
+}
+
+TEST(AlignBounds, ChildrenTakeTheirSharesInTheFrameworksOrder) {
+  const TRect client{0, 0, 200, 100};
+  struct Case {
+    const char* name;
+    std::vector<TAlignChild> children;
+    std::vector<TRect> expected;
+  };
+  const Case cases[] = {
+      {"each side once, created in reverse order of stacking",
+       {Child(alClient, {}), Child(alRight, {0, 0, 40, 5}), Child(alLeft, {0, 0, 30, 5}),
+        Child(alBottom, {0, 0, 5, 20}), Child(alTop, {0, 0, 5, 10})},
+       {{30, 10, 160, 80},
+        {160, 10, 200, 80},
+        {0, 10, 30, 80},
+        {0, 80, 200, 100},
+        {0, 0, 200, 10}}},
+      {"alTop by current Top, not by creation",
+       {Child(alTop, {0, 50, 9, 60}), Child(alTop, {0, 0, 9, 5})},
+       {{0, 5, 200, 15}, {0, 0, 200, 5}}},
+      {"alTop tie: the earlier child stays on top",
+       {Child(alTop, {0, 0, 9, 10}), Child(alTop, {0, 0, 9, 5})},
+       {{0, 0, 200, 10}, {0, 10, 200, 15}}},
+      {"alBottom by current bottom: the lowest stays lowest",
+       {Child(alBottom, {0, 80, 9, 90}), Child(alBottom, {0, 45, 9, 50})},
+       {{0, 90, 200, 100}, {0, 85, 200, 90}}},
+      {"alBottom tie: the later child goes to the bottom edge",
+       {Child(alBottom, {0, 90, 9, 100}), Child(alBottom, {0, 95, 9, 100})},
+       {{0, 85, 200, 95}, {0, 95, 200, 100}}},
+      {"alLeft by current Left",
+       {Child(alLeft, {50, 0, 60, 9}), Child(alLeft, {0, 0, 20, 9})},
+       {{20, 0, 30, 100}, {0, 0, 20, 100}}},
+      {"alRight tie: the later child goes to the right edge",
+       {Child(alRight, {0, 0, 10, 9}), Child(alRight, {-10, 0, 10, 9})},
+       {{170, 0, 180, 100}, {180, 0, 200, 100}}},
+      {"every alClient child gets the same rest",
+       {Child(alTop, {0, 0, 9, 30}), Child(alClient, {}), Child(alClient, {5, 5, 6, 6})},
+       {{0, 0, 200, 30}, {0, 30, 200, 100}, {0, 30, 200, 100}}},
+      {"invisible and alNone children keep their bounds and leave the space",
+       {Child(alTop, {1, 2, 3, 40}, false), Child(alNone, {600, 128, 649, 177}),
+        Child(alClient, {})},
+       {{1, 2, 3, 40}, {600, 128, 649, 177}, {0, 0, 200, 100}}},
+      {"margins enlarge the share and shrink the child inside it",
+       {WithMargins(alTop, {0, 0, 9, 10}, {}), WithMargins(alLeft, {0, 0, 10, 9}, {1, 2, 3, 4}),
+        Child(alClient, {})},
+       {{3, 3, 197, 13}, {1, 18, 11, 96}, {14, 16, 200, 100}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::vector<TRect> got = AlignBounds(client, c.children);
+    EXPECT_EQ(got, c.expected) << Describe(got);
+  }
+}
+
+TEST(AlignBounds, ExhaustedSpaceLeavesChildrenTheirOwnSize) {
+  // Two 15-high tops overfill 20: the client child keeps its own height below them, and
+  // margins wider than its share shrink it to nothing rather than below.
+  const std::vector<TRect> got =
+      AlignBounds({0, 0, 100, 20}, {Child(alTop, {0, 0, 9, 15}), Child(alTop, {0, 0, 9, 15}),
+                                    WithMargins(alClient, {0, 0, 9, 7}, {60, 0, 60, 0})});
+  const std::vector<TRect> expected{{0, 0, 100, 15}, {0, 15, 100, 30}, {60, 30, 60, 37}};
+  EXPECT_EQ(got, expected) << Describe(got);
+}
+
+TEST(AlignBounds, LayoutStartsAtTheClientOrigin) {
+  // A bevel of one pixel: the area starts at (1,1).
+  const std::vector<TRect> got =
+      AlignBounds({1, 1, 99, 49}, {Child(alTop, {0, 0, 9, 28}), Child(alLeft, {0, 0, 97, 26})});
+  const std::vector<TRect> expected{{1, 1, 99, 29}, {1, 29, 98, 49}};
+  EXPECT_EQ(got, expected) << Describe(got);
+}
+
+}  // namespace

@@ -1,0 +1,125 @@
+// INI files through the profile API: what a value looks like after a round trip, how
+// numbers and flags read, and what a missing file or key gives.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "rtl/inifiles.h"
+#include "rtl/ustring.h"
+
+namespace {
+
+using rtl::TIniFile;
+using Str = std::u16string;
+
+// A file name in the temp folder that no other test uses; the file goes with the fixture.
+class IniFileTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    wchar_t folder[MAX_PATH], name[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    GetTempFileNameW(folder, L"ini", 0, name);
+    fileName_ = reinterpret_cast<const char16_t*>(name);
+  }
+  void TearDown() override { DeleteFileW(reinterpret_cast<const wchar_t*>(fileName_.c_str())); }
+  Str fileName_;
+};
+
+std::string Narrow(const Str& s) { return rtl::Utf16ToUtf8(s); }
+
+TEST_F(IniFileTest, ValuesComeBackAsWritten) {
+  struct Case {
+    Str written, read;
+  };
+  const Case cases[] = {
+      {u"C:\\Program Files\\NOX", u"C:\\Program Files\\NOX"},
+      {u"C:\\Program Files\\NOX\\", u"C:\\Program Files\\NOX\\"},  // no line continuation
+      {u"a=b;c", u"a=b;c"},
+      {u"Grüße", u"Grüße"},
+      {u"✓", u"?"},  // a new file is written in the ANSI code page (1252 here)
+      {u"", u""},
+      {u"  padded  ", u"padded"},  // the API trims
+      {u"\"quoted\"", u"quoted"},  // and takes off one pair of quotes
+  };
+  int n = 0;
+  {
+    TIniFile ini(fileName_);
+    for (const Case& c : cases) ini.WriteString(u"Values", u"Key" + rtl::IntToStr(++n), c.written);
+  }
+  TIniFile ini(fileName_);
+  n = 0;
+  for (const Case& c : cases)
+    EXPECT_EQ(ini.ReadString(u"Values", u"Key" + rtl::IntToStr(++n), u"fallback"), c.read)
+        << Narrow(c.written);
+}
+
+TEST_F(IniFileTest, NumbersAndFlagsReadLikeTheFrameworksConversion) {
+  struct Case {
+    Str text;
+    int integer;  // with fallback 99
+    bool flag;    // with fallback true
+  };
+  const Case cases[] = {
+      {u"42", 42, true},   {u"0", 0, false},   {u"-7", -7, true},    {u" 12 ", 12, true},
+      {u"0x1F", 31, true}, {u"$1f", 31, true}, {u"-$10", -16, true}, {u"0x", 99, true},
+      {u"4 2", 99, true},  {u"abc", 99, true}, {u"", 99, true},      {u"false", 99, true},
+  };
+  TIniFile ini(fileName_);
+  for (const Case& c : cases) {
+    ini.WriteString(u"N", u"v", c.text);
+    EXPECT_EQ(ini.ReadInteger(u"N", u"v", 99), c.integer) << Narrow(c.text);
+    EXPECT_EQ(ini.ReadBool(u"N", u"v", true), c.flag) << Narrow(c.text);
+  }
+  ini.WriteInteger(u"N", u"i", -123);
+  ini.WriteBool(u"N", u"b", false);
+  EXPECT_EQ(ini.ReadString(u"N", u"i", u""), u"-123");
+  EXPECT_EQ(ini.ReadString(u"N", u"b", u""), u"0");
+  EXPECT_FALSE(ini.ReadBool(u"N", u"b", true));
+}
+
+TEST_F(IniFileTest, AMissingFileGivesTheDefaults) {
+  DeleteFileW(reinterpret_cast<const wchar_t*>(fileName_.c_str()));
+  TIniFile ini(fileName_);
+  EXPECT_EQ(ini.ReadString(u"PlugInSettings", u"Programlocation", u"C:\\NOX"), u"C:\\NOX");
+  EXPECT_EQ(ini.ReadInteger(u"S", u"i", -5), -5);
+  EXPECT_TRUE(ini.ReadBool(u"S", u"b", true));
+  EXPECT_FALSE(ini.SectionExists(u"S"));
+  EXPECT_FALSE(ini.ValueExists(u"S", u"i"));
+  rtl::TStringList sections;
+  sections.Add(u"stale");
+  ini.ReadSections(sections);
+  EXPECT_EQ(sections.Count(), 0);
+  ini.DeleteKey(u"S", u"i");
+  EXPECT_EQ(GetFileAttributesW(reinterpret_cast<const wchar_t*>(fileName_.c_str())),
+            INVALID_FILE_ATTRIBUTES)
+      << "reading and deleting create no file";
+}
+
+TEST_F(IniFileTest, SectionsAndKeysAreListedInFileOrderAndRemovable) {
+  TIniFile ini(fileName_);
+  ini.WriteString(u"Second", u"b", u"2");
+  ini.WriteString(u"First", u"z", u"1");
+  ini.WriteString(u"First", u"a", u"1");
+  ini.WriteString(u"Empty", u"gone", u"x");
+  ini.DeleteKey(u"Empty", u"gone");
+  rtl::TStringList list;
+  ini.ReadSections(list);
+  EXPECT_EQ(list.CommaText(), u"Second,First,Empty");
+  ini.ReadSection(u"first", list);  // names ignore case
+  EXPECT_EQ(list.CommaText(), u"z,a");
+  EXPECT_TRUE(ini.ValueExists(u"FIRST", u"A"));
+  EXPECT_FALSE(ini.SectionExists(u"Empty")) << "a section without keys";
+
+  ini.EraseSection(u"First");
+  EXPECT_FALSE(ini.SectionExists(u"First"));
+  EXPECT_EQ(ini.ReadString(u"First", u"z", u"-"), u"-");
+  EXPECT_TRUE(ini.SectionExists(u"Second"));
+}
+
+TEST_F(IniFileTest, ARefusedWriteRaises) {
+  TIniFile ini(u"Z:\\no\\such\\folder\\nox.ini");
+  EXPECT_THROW(ini.WriteString(u"S", u"k", u"v"), rtl::EIniFileException);
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+// Colours, fonts and pictures: the framework's TColor encoding, a font description that
+// controls resolve to a GDI font, and the bitmaps an image control shows. Windows build.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <string>
+
+#include "rtl/classes.h"
+#include "rtl/handles.h"
+#include "ui/align.h"
+
+namespace ui {
+
+using rtl::TNotifyEvent;
+using rtl::TObject;
+
+// 0x00BBGGRR, or 0xFF000000 | COLOR_xxx for a system colour, as the framework encodes it.
+using TColor = std::int32_t;
+constexpr TColor SystemColor(int index) {
+  return static_cast<TColor>(0xFF000000u | unsigned(index));
+}
+constexpr TColor clScrollBar = SystemColor(COLOR_SCROLLBAR);
+constexpr TColor clBackground = SystemColor(COLOR_BACKGROUND);
+constexpr TColor clWindow = SystemColor(COLOR_WINDOW);
+constexpr TColor clWindowText = SystemColor(COLOR_WINDOWTEXT);
+constexpr TColor clWindowFrame = SystemColor(COLOR_WINDOWFRAME);
+constexpr TColor clBtnFace = SystemColor(COLOR_BTNFACE);
+constexpr TColor clBtnShadow = SystemColor(COLOR_BTNSHADOW);
+constexpr TColor clBtnHighlight = SystemColor(COLOR_BTNHIGHLIGHT);
+constexpr TColor clBtnText = SystemColor(COLOR_BTNTEXT);
+constexpr TColor clHighlight = SystemColor(COLOR_HIGHLIGHT);
+constexpr TColor clHighlightText = SystemColor(COLOR_HIGHLIGHTTEXT);
+constexpr TColor clGrayText = SystemColor(COLOR_GRAYTEXT);
+constexpr TColor clInfoBk = SystemColor(COLOR_INFOBK);
+constexpr TColor clInfoText = SystemColor(COLOR_INFOTEXT);
+constexpr TColor clBlack = 0x000000;
+constexpr TColor clMaroon = 0x000080;
+constexpr TColor clGreen = 0x008000;
+constexpr TColor clNavy = 0x800000;
+constexpr TColor clGray = 0x808080;
+constexpr TColor clSilver = 0xC0C0C0;
+constexpr TColor clRed = 0x0000FF;
+constexpr TColor clLime = 0x00FF00;
+constexpr TColor clYellow = 0x00FFFF;
+constexpr TColor clBlue = 0xFF0000;
+constexpr TColor clWhite = 0xFFFFFF;
+// "No colour": a control with it paints no background.
+constexpr TColor clNone = 0x1FFFFFFF;
+
+// A system colour resolved to 0x00BBGGRR through GetSysColor; a plain colour as it is.
+TColor ColorToRGB(TColor color);
+
+enum class TFontStyle { fsBold, fsItalic, fsUnderline, fsStrikeOut };
+using enum TFontStyle;
+using TFontStyles = std::set<TFontStyle>;
+
+struct TFont {
+  std::u16string Name = u"Segoe UI";
+  int Height = -12;  // negative: character height in pixels, as the framework stores it
+  TColor Color = clWindowText;
+  TFontStyles Style;
+  bool operator==(const TFont&) const = default;
+};
+
+// A GDI font for the description; the caller owns it.
+rtl::unique_hfont CreateFontHandle(const TFont& font);
+
+// Something that draws itself into a rectangle; the framework's abstract picture.
+class TGraphic : public TObject {
+ public:
+  virtual int Width() const = 0;
+  virtual int Height() const = 0;
+  bool Empty() const { return Width() == 0 || Height() == 0; }
+  // Draws the whole graphic scaled into `dest`.
+  virtual void Draw(HDC dc, const TRect& dest) const = 0;
+};
+
+// A device-independent bitmap owned by the object.
+class TBitmap : public TGraphic {
+ public:
+  TBitmap() = default;
+  int Width() const override { return width_; }
+  int Height() const override { return height_; }
+  void Draw(HDC dc, const TRect& dest) const override;
+
+  HBITMAP Handle() const { return bitmap_.get(); }
+  // Takes `bitmap` over; the previous one is deleted.
+  void SetHandle(rtl::unique_hbitmap bitmap);
+  // A copy of `bitmap` as a DIB section; the caller keeps the original.
+  void LoadFromHandle(HBITMAP bitmap);
+  // A bitmap resource of `module` by name or MAKEINTRESOURCE id; false when it is missing.
+  bool LoadFromResourceName(HINSTANCE module, const wchar_t* name);
+
+ private:
+  rtl::unique_hbitmap bitmap_;
+  int width_ = 0, height_ = 0;
+};
+
+// A top-down 24-bit DIB section of the given size, each pixel from `pixel(x, y)` (a
+// plain TColor; system colours are resolved).
+rtl::unique_hbitmap CreateDib24(int width, int height,
+                                const std::function<TColor(int x, int y)>& pixel);
+
+// The picture of an image control: a bitmap, and a notification when it changes.
+class TPicture : public TObject {
+ public:
+  TBitmap& Bitmap() { return bitmap_; }
+  const TGraphic* Graphic() const { return bitmap_.Empty() ? nullptr : &bitmap_; }
+  int Width() const { return bitmap_.Width(); }
+  int Height() const { return bitmap_.Height(); }
+  // As TBitmap::SetHandle, LoadFromHandle and LoadFromResourceName, then OnChange.
+  void Assign(rtl::unique_hbitmap bitmap);
+  void LoadFromHandle(HBITMAP bitmap);
+  bool LoadFromResourceName(HINSTANCE module, const wchar_t* name);
+
+  TNotifyEvent OnChange;
+
+ private:
+  void Changed();
+  TBitmap bitmap_;
+};
+
+}  // namespace ui
