@@ -1,0 +1,179 @@
+// The companion program NOXPlugIn.exe (companion/main.cpp) as the host frame meets it:
+// started with a window handle of this process, it shows its two windows, lets itself be
+// docked, sends the open-project message and ends on WM_CLOSE.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "rtl/handles.h"
+#include "tests/message_pump.h"
+
+namespace {
+
+constexpr const wchar_t* kTitle = L"NOXPlugIn Slave Delphi 13 Florence";
+
+struct CopyData {
+  std::wstring fromClass;
+  ULONG_PTR dwData;
+  std::wstring payload;  // exactly cbData bytes
+};
+
+class Companion : public testing::Test {
+ protected:
+  static inline std::vector<CopyData> received;
+
+  static LRESULT CALLBACK HostProc(HWND w, UINT m, WPARAM wp, LPARAM lp) {
+    if (m != WM_COPYDATA) return DefWindowProcW(w, m, wp, lp);
+    const auto* cds = reinterpret_cast<const COPYDATASTRUCT*>(lp);
+    wchar_t cls[32] = L"";
+    GetClassNameW(reinterpret_cast<HWND>(wp), cls, 32);
+    received.push_back(
+        {cls, cds->dwData,
+         std::wstring(static_cast<const wchar_t*>(cds->lpData), cds->cbData / sizeof(wchar_t))});
+    return 0;
+  }
+
+  void SetUp() override {
+    WNDCLASSW wc{};
+    wc.lpfnWndProc = HostProc;
+    wc.hInstance = GetModuleHandleW(nullptr);
+    wc.lpszClassName = L"NoxCompanionHost";
+    RegisterClassW(&wc);
+    host_.reset(CreateWindowExW(0, wc.lpszClassName, L"Nox companion host", WS_OVERLAPPEDWINDOW, 0,
+                                0, 700, 500, nullptr, nullptr, wc.hInstance, nullptr));
+    received.clear();
+    wchar_t dir[MAX_PATH];
+    GetTempPathW(MAX_PATH, dir);
+    log_ = std::wstring(dir) + L"nox_companion_test.log";
+    DeleteFileW(log_.c_str());
+  }
+
+  void TearDown() override {
+    if (process_ && WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT)
+      TerminateProcess(process_.get(), 1);
+  }
+
+  void Start(const std::wstring& options) {
+    std::wstring cmd = L"\"" NOX_COMPANION_EXE "\" Slave \"Delphi 13 Florence\" \"" +
+                       std::to_wstring(reinterpret_cast<std::uintptr_t>(host_.get())) +
+                       L"\" --log \"" + log_ + L"\" " + options;
+    STARTUPINFOW si{};
+    si.cb = sizeof si;
+    PROCESS_INFORMATION pi{};
+    ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                               &si, &pi));
+    CloseHandle(pi.hThread);
+    process_.reset(pi.hProcess);
+    pid_ = pi.dwProcessId;
+  }
+
+  // The companion's window of class `cls`, once it is there (and shown, if so asked). A
+  // window can be found between its creation and its showing, as a frame may find it.
+  HWND WindowOfCompanion(const wchar_t* cls, bool shown = false) {
+    HWND found = nullptr;
+    PumpUntil(
+        [&] {
+          for (HWND w = nullptr; (w = FindWindowExW(nullptr, w, cls, kTitle));) {
+            DWORD pid = 0;
+            GetWindowThreadProcessId(w, &pid);
+            if (pid == pid_ && (!shown || IsWindowVisible(w))) return (found = w) != nullptr;
+          }
+          return false;
+        },
+        5000);
+    return found;
+  }
+
+  // The exit code, or STILL_ACTIVE when the program did not end in time.
+  DWORD ExitCode() {
+    PumpUntil([] { return false; }, 5000, process_.get());
+    DWORD code = STILL_ACTIVE;
+    GetExitCodeProcess(process_.get(), &code);
+    return code;
+  }
+
+  std::string Log() const {
+    std::ifstream in{std::filesystem::path(log_)};
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+  }
+
+  std::string HostNumber() const {
+    return std::to_string(reinterpret_cast<std::uintptr_t>(host_.get()));
+  }
+
+  rtl::unique_hwnd host_;
+  rtl::unique_handle process_;
+  DWORD pid_ = 0;
+  std::wstring log_;
+};
+
+TEST_F(Companion, ShowsItsWindowsIsDockedAndEndsOnClose) {
+  for (bool closeApp : {true, false}) {
+    SCOPED_TRACE(closeApp ? "WM_CLOSE to the application window" : "WM_CLOSE to the main window");
+    DeleteFileW(log_.c_str());
+    Start(L"--show-after 100");
+    HWND app = WindowOfCompanion(L"TApplication");
+    HWND main = WindowOfCompanion(L"TMainForm", true);
+    ASSERT_TRUE(app && main);
+    EXPECT_FALSE(IsWindowVisible(app));
+
+    SetParent(main, host_.get());
+    const std::string docked = "parent changed to " + HostNumber();
+    EXPECT_TRUE(PumpUntil([&] { return Log().find(docked) != std::string::npos; }, 3000));
+
+    PostMessageW(closeApp ? app : main, WM_CLOSE, 0, 0);
+    EXPECT_EQ(ExitCode(), 0u);
+    const std::string log = Log();
+    EXPECT_NE(log.find("started with handle " + HostNumber() + "\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("closed\n"), std::string::npos) << log;
+  }
+}
+
+TEST_F(Companion, SendsTheOpenProjectMessage) {
+  struct Case {
+    const wchar_t* options;
+    int doubleClicked;  // list item, or -1
+    ULONG_PTR dwData;
+    std::wstring payload;
+    const wchar_t* fromClass;  // the main window once it is there
+  } cases[] = {
+      {L"", 1, 10023, std::wstring(L"C:\\Projects\\Ledger\\Ledger.dproj") + L'\0', L"TMainForm"},
+      {L"--send-after 600", -1, 10023, std::wstring(L"C:\\Projects\\Demo\\Demo.dproj") + L'\0',
+       L"TMainForm"},
+      {L"--send-after 50 \"C:\\My Projects\\P.dproj\" --dwdata 7 --no-terminator", -1, 7,
+       L"C:\\My Projects\\P.dproj", L"TApplication"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.options);
+    received.clear();
+    Start(c.options);
+    if (c.doubleClicked >= 0) {
+      HWND list =
+          FindWindowExW(WindowOfCompanion(L"TMainForm", true), nullptr, L"ListBox", nullptr);
+      ASSERT_NE(list, nullptr);
+      const auto h = static_cast<int>(SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
+      const LPARAM at = MAKELPARAM(10, h * c.doubleClicked + h / 2);
+      for (UINT m : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP})
+        PostMessageW(list, m, m == WM_LBUTTONUP ? 0 : MK_LBUTTON, at);
+    }
+    ASSERT_TRUE(PumpUntil([] { return !received.empty(); }, 5000));
+    EXPECT_EQ(received[0].dwData, c.dwData);
+    EXPECT_EQ(received[0].payload, c.payload);
+    EXPECT_EQ(received[0].fromClass, c.fromClass);
+
+    PostMessageW(WindowOfCompanion(L"TApplication"), WM_CLOSE, 0, 0);
+    EXPECT_EQ(ExitCode(), 0u);
+    EXPECT_EQ(received.size(), 1u);
+  }
+}
+
+}  // namespace
