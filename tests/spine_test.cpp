@@ -1,0 +1,405 @@
+// The Noxdesk page end to end in one process: the host frame starts the real stand-in
+// companion program, docks it, passes its requests to a fake IDE and closes it again; the
+// package DLL registers with a fake Welcome Page and builds its views.
+#include <gtest/gtest.h>
+#include <windows.h>
+// After windows.h, which it needs.
+#include <tlhelp32.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/WNOXView.h"
+#include "ide/WelcomePage.h"
+#include "message_pump.h"
+#include "rtl/handles.h"
+#include "ui/forms.h"
+
+namespace {
+
+using namespace ToolsAPI;
+using namespace ToolsAPI::WelcomePage;
+using WNOXView::TMainFrame;
+
+// Build paths come in Unix form; Wine's drive Z: is the Unix root.
+std::wstring WinPath(const char* unixPath) {
+  std::wstring r = L"Z:";
+  for (const char* p = unixPath; *p; ++p) r += *p == '/' ? L'\\' : static_cast<wchar_t>(*p);
+  return r;
+}
+const std::wstring kCompanion = WinPath(NOX_COMPANION_EXE);
+const std::wstring kPackage = WinPath(NOX_PACKAGE_DLL);
+
+std::u16string U16(const std::wstring& s) { return std::u16string(s.begin(), s.end()); }
+
+// The IDE as the frame sees it: theming and action services, with the requests recorded.
+class FakeIDE final : public IBorlandIDEServices,
+                      public IOTAIDEThemingServices,
+                      public IOTAActionServices,
+                      public TCustomStyleServices {
+ public:
+  struct Request { std::wstring path; bool newGroup; };
+  std::vector<Request> requests;
+  bool themed = true;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+    if (iid == IID_IUnknown || iid == IID_IBorlandIDEServices)
+      *out = static_cast<IBorlandIDEServices*>(this);
+    else if (iid == IID_IOTAIDEThemingServices)
+      *out = static_cast<IOTAIDEThemingServices*>(this);
+    else if (iid == IID_IOTAActionServices)
+      *out = static_cast<IOTAActionServices*>(this);
+    else
+      return *out = nullptr, E_NOINTERFACE;
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  bool IDEThemingEnabled() override { return themed; }
+  TCustomStyleServices* StyleServices() override { return this; }
+  TColor GetSystemColor(TColor color) override { return color == ui::clWindow ? 0x00F4F0EE : color; }
+  bool CloseFile(const wchar_t*) override { return false; }
+  bool OpenFile(const wchar_t*) override { return false; }
+  bool OpenProject(const wchar_t* name, bool newGroup) override {
+    requests.push_back({name, newGroup});
+    return true;
+  }
+  bool ReloadFile(const wchar_t*) override { return false; }
+  bool SaveFile(const wchar_t*) override { return false; }
+};
+
+int CompanionProcesses() {
+  rtl::unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof(entry);
+  int count = 0;
+  for (BOOL ok = Process32FirstW(snapshot.get(), &entry); ok; ok = Process32NextW(snapshot.get(), &entry))
+    if (lstrcmpiW(entry.szExeFile, L"NOXPlugIn.exe") == 0) ++count;
+  return count;
+}
+
+void KillCompanions() {
+  rtl::unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof(entry);
+  for (BOOL ok = Process32FirstW(snapshot.get(), &entry); ok; ok = Process32NextW(snapshot.get(), &entry))
+    if (lstrcmpiW(entry.szExeFile, L"NOXPlugIn.exe") == 0) {
+      rtl::unique_handle p(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, entry.th32ProcessID));
+      if (p) {
+        TerminateProcess(p.get(), 1);
+        WaitForSingleObject(p.get(), 5000);
+      }
+    }
+}
+
+HWND Docked(TMainFrame& frame) { return reinterpret_cast<HWND>(frame.Panel1->Tag); }
+
+// The docked window keeps its top-level style, so IsChild (which wants WS_CHILD all the
+// way up) does not see it: walk the real parent chain instead.
+bool IsDescendant(HWND ancestor, HWND wnd) {
+  for (HWND p = GetAncestor(wnd, GA_PARENT); p != nullptr; p = GetAncestor(p, GA_PARENT))
+    if (p == ancestor) return true;
+  return false;
+}
+
+class SpineFrame : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    KillCompanions();
+    WNOXView::ProgLoaded = false;
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    appData_ = std::wstring(temp) + L"nox-spine-" + std::to_wstring(GetCurrentProcessId());
+    CreateDirectoryW(appData_.c_str(), nullptr);
+    SetEnvironmentVariableW(L"APPDATA", appData_.c_str());
+    SetEnvironmentVariableW(L"NOXPLUGIN_OPTIONS", nullptr);
+    BorlandIDEServices = &ide_;
+    form_ = std::make_unique<ui::TForm>(nullptr);
+    form_->SetBounds(0, 0, 900, 500);
+  }
+  void TearDown() override {
+    form_.reset();
+    PumpUntil([] { return CompanionProcesses() == 0; }, 10000);
+    KillCompanions();
+    BorlandIDEServices = nullptr;
+    DeleteFileW(IniFile().c_str());
+  }
+  std::wstring IniFile() const { return appData_ + L"\\quillmark\\NOX\\NOX.INI"; }
+  void SetProgramLocation(const std::wstring& location) {
+    CreateDirectoryW((appData_ + L"\\quillmark").c_str(), nullptr);
+    CreateDirectoryW((appData_ + L"\\quillmark\\NOX").c_str(), nullptr);
+    WritePrivateProfileStringW(L"PlugInSettings", L"Programlocation", location.c_str(),
+                               IniFile().c_str());
+  }
+  TMainFrame* NewFrame() {
+    auto* frame = new TMainFrame(form_.get());
+    frame->SetParent(form_.get());
+    frame->SetAlign(ui::TAlign::alClient);
+    form_->Show();
+    return frame;
+  }
+  // The first timer run comes after 3000 ms and may wait up to 9500 ms for the window.
+  static bool WaitForTimerRun(TMainFrame& frame) {
+    return PumpUntil([&] { return frame.bnShowPlug->Visible() && frame.bnShowPlug->Enabled(); },
+                     20000);
+  }
+  static RECT RectIn(HWND wnd, HWND parent) {
+    RECT r;
+    GetWindowRect(wnd, &r);
+    MapWindowPoints(HWND_DESKTOP, parent, reinterpret_cast<POINT*>(&r), 2);
+    return r;
+  }
+
+  FakeIDE ide_;
+  std::wstring appData_;
+  std::unique_ptr<ui::TForm> form_;
+};
+
+TEST_F(SpineFrame, DocksTheCompanionBorderlessAtThePanelsSizeAndFollowsResizes) {
+  SetProgramLocation(kCompanion);
+  TMainFrame* frame = NewFrame();
+  ASSERT_TRUE(WaitForTimerRun(*frame));
+  ASSERT_TRUE(WNOXView::ProgLoaded);
+  const HWND wnd = Docked(*frame);
+  ASSERT_TRUE(IsWindow(wnd));
+  EXPECT_TRUE(IsDescendant(frame->Panel1->Handle(), wnd));
+  EXPECT_EQ(GetWindowLongW(wnd, GWL_STYLE) & WS_BORDER, 0);
+  RECT r = RectIn(wnd, frame->Panel1->Handle());
+  EXPECT_EQ(r.left, 0);
+  EXPECT_EQ(r.top, 0);
+  EXPECT_EQ(r.right - r.left, frame->Panel1->Width());
+  EXPECT_EQ(r.bottom - r.top, frame->Panel1->Height());
+  // The themed IDE's window colour reaches the docking panel.
+  EXPECT_EQ(frame->Panel1->Color, 0x00F4F0EE);
+
+  form_->SetBounds(0, 0, 640, 420);
+  PumpUntil([] { return false; }, 300);
+  r = RectIn(wnd, frame->Panel1->Handle());
+  EXPECT_EQ(r.right - r.left, frame->Panel1->Width());
+  EXPECT_EQ(r.bottom - r.top, frame->Panel1->Height());
+  EXPECT_LT(frame->Panel1->Width(), 700);
+
+  // Destroying the frame ends the companion program.
+  DWORD pid = 0;
+  GetWindowThreadProcessId(wnd, &pid);
+  rtl::unique_handle process(OpenProcess(SYNCHRONIZE, FALSE, pid));
+  delete frame;
+  EXPECT_TRUE(PumpUntil([&] { return false; }, 10000, process.get()));
+}
+
+TEST_F(SpineFrame, PassesTheCompanionsOpenProjectRequestToTheIDEOnce) {
+  SetProgramLocation(kCompanion);
+  SetEnvironmentVariableW(L"NOXPLUGIN_OPTIONS", L"--send-after 500 C:\\Projects\\Demo\\Demo.dproj");
+  TMainFrame* frame = NewFrame();
+  ASSERT_TRUE(WaitForTimerRun(*frame));
+  ASSERT_TRUE(PumpUntil([&] { return !ide_.requests.empty(); }, 10000));
+  PumpUntil([] { return false; }, 500);
+  ASSERT_EQ(ide_.requests.size(), 1u);
+  EXPECT_EQ(ide_.requests[0].path, L"C:\\Projects\\Demo\\Demo.dproj");
+  EXPECT_TRUE(ide_.requests[0].newGroup);
+}
+
+TEST_F(SpineFrame, CopyDataIsReadOnlyWithinItsBytesAndOnlyForOpenProject) {
+  SetProgramLocation(L"Z:\\nowhere\\NOXPlugIn.exe");
+  TMainFrame* frame = NewFrame();
+  const auto send = [&](ULONG_PTR dwData, const void* data, DWORD bytes) {
+    COPYDATASTRUCT cds{dwData, bytes, const_cast<void*>(data)};
+    SendMessageW(frame->Handle(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&cds));
+  };
+  const wchar_t path[] = L"C:\\P\\A.dproj";
+  send(10024, path, sizeof(path));
+  send(0, path, sizeof(path));
+  EXPECT_TRUE(ide_.requests.empty());
+
+  // A path without a terminator that ends right before an inaccessible page.
+  SYSTEM_INFO si;
+  GetSystemInfo(&si);
+  auto* pages = static_cast<char*>(
+      VirtualAlloc(nullptr, 2 * si.dwPageSize, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+  ASSERT_NE(pages, nullptr);
+  DWORD old;
+  VirtualProtect(pages + si.dwPageSize, si.dwPageSize, PAGE_NOACCESS, &old);
+  const std::wstring unterminated = L"C:\\X\\B.dproj";
+  const DWORD bytes = static_cast<DWORD>(unterminated.size() * sizeof(wchar_t));
+  char* at = pages + si.dwPageSize - bytes;
+  memcpy(at, unterminated.data(), bytes);
+  send(10023, at, bytes);
+  send(10023, path, sizeof(path));
+  VirtualFree(pages, 0, MEM_RELEASE);
+  ASSERT_EQ(ide_.requests.size(), 2u);
+  EXPECT_EQ(ide_.requests[0].path, unterminated);
+  EXPECT_EQ(ide_.requests[1].path, L"C:\\P\\A.dproj");
+
+  // Without the IDE's action services the message is dropped.
+  BorlandIDEServices = nullptr;
+  send(10023, path, sizeof(path));
+  EXPECT_EQ(ide_.requests.size(), 2u);
+}
+
+TEST_F(SpineFrame, SettingsDecideWhereTheProgramIs) {
+  SetProgramLocation(L"C:\\Tools\\NOXPlugIn.exe\\");
+  delete NewFrame();
+  EXPECT_EQ(WNOXView::NOXProg, u"C:\\Tools\\NOXPlugIn.exe");
+  EXPECT_EQ(WNOXView::NOXIniName, U16(IniFile()));
+
+  // No settings file: the program beside the host executable.
+  DeleteFileW(IniFile().c_str());
+  delete NewFrame();
+  wchar_t exe[MAX_PATH];
+  GetModuleFileNameW(nullptr, exe, MAX_PATH);
+  std::wstring expected(exe);
+  expected = expected.substr(0, expected.find_last_of(L'\\') + 1) + L"NOXPlugIn.exe";
+  EXPECT_EQ(WNOXView::NOXProg, U16(expected));
+}
+
+TEST_F(SpineFrame, AMissingProgramDocksNothingButOffersTheButton) {
+  SetProgramLocation(L"Z:\\nowhere\\NOXPlugIn.exe");
+  TMainFrame* frame = NewFrame();
+  ASSERT_TRUE(WaitForTimerRun(*frame));
+  EXPECT_EQ(frame->Panel1->Tag, 0);
+  EXPECT_FALSE(WNOXView::ProgLoaded);
+  EXPECT_TRUE(frame->bnShowPlug->Visible());
+  // A resize with nothing docked does nothing.
+  form_->SetBounds(0, 0, 700, 400);
+}
+
+TEST_F(SpineFrame, AWindowLaterThanTheLastRetryIsNotDocked) {
+  SetProgramLocation(kCompanion);
+  SetEnvironmentVariableW(L"NOXPLUGIN_OPTIONS", L"--show-after 11000");
+  TMainFrame* frame = NewFrame();
+  ASSERT_TRUE(WaitForTimerRun(*frame));
+  EXPECT_EQ(frame->Panel1->Tag, 0);
+  EXPECT_FALSE(WNOXView::ProgLoaded);
+  KillCompanions();  // never docked, so nobody asks it to close
+}
+
+TEST_F(SpineFrame, ShowPlugInRestartsTheCompanionAndRestartsLeaveNothingBehind) {
+  SetProgramLocation(kCompanion);
+  TMainFrame* frame = NewFrame();
+  ASSERT_TRUE(WaitForTimerRun(*frame));
+  const HWND first = Docked(*frame);
+  ASSERT_TRUE(IsWindow(first));
+
+  // The button closes the program; the timer starts a new one 3000 ms later.
+  SendMessageW(reinterpret_cast<HWND>(frame->bnShowPlug->Handle()), BM_CLICK, 0, 0);
+  EXPECT_FALSE(WNOXView::ProgLoaded);
+  ASSERT_TRUE(PumpUntil([&] { return !IsWindow(first); }, 10000));
+  ASSERT_TRUE(PumpUntil([&] { return WNOXView::ProgLoaded; }, 20000));
+  EXPECT_NE(Docked(*frame), first);
+  EXPECT_EQ(CompanionProcesses(), 1);
+
+  DWORD handlesBefore = 0, handlesAfter = 0;
+  GetProcessHandleCount(GetCurrentProcess(), &handlesBefore);
+  for (int i = 0; i < 50; ++i) {
+    frame->StopProg();
+    ASSERT_TRUE(PumpUntil([] { return CompanionProcesses() == 0; }, 10000)) << "restart " << i;
+    frame->Timer1Timer(frame);
+    ASSERT_TRUE(WNOXView::ProgLoaded) << "restart " << i;
+  }
+  delete frame;
+  EXPECT_TRUE(PumpUntil([] { return CompanionProcesses() == 0; }, 10000));
+  GetProcessHandleCount(GetCurrentProcess(), &handlesAfter);
+  EXPECT_LE(handlesAfter, handlesBefore + 2);
+}
+
+TEST_F(SpineFrame, OneDockedProgramServesEveryFrame) {
+  SetProgramLocation(kCompanion);
+  TMainFrame* first = NewFrame();
+  TMainFrame* second = NewFrame();
+  ASSERT_TRUE(WaitForTimerRun(*first));
+  ASSERT_TRUE(WaitForTimerRun(*second));
+  EXPECT_EQ(CompanionProcesses(), 1);
+  EXPECT_TRUE((first->Panel1->Tag > 0) != (second->Panel1->Tag > 0));
+}
+
+// ---- The package as the IDE loads it ----------------------------------------------------
+
+class FakeCaptionFrame final : public ui::TFrame, public INTAWelcomePageCaptionFrame {
+ public:
+  using ui::TFrame::TFrame;
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+    if (iid == IID_IUnknown || iid == IID_INTAWelcomePageCaptionFrame)
+      return *out = static_cast<INTAWelcomePageCaptionFrame*>(this), S_OK;
+    return *out = nullptr, E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  void SetClientFrame(ui::TFrame* frame) override { clients.push_back(frame); }
+  std::vector<ui::TFrame*> clients;
+};
+
+class FakeWelcomePage final : public INTAWelcomePagePluginService {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** out) override {
+    return *out = nullptr, E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  void RegisterPluginCreator(INTAWelcomePageContentPluginCreator* c) override {
+    c->AddRef();
+    creators.push_back(c);
+  }
+  void UnRegisterPlugin(const wchar_t* id) override {
+    unregistered.push_back(id);
+    for (auto*& c : creators)
+      if (c != nullptr && c->GetPluginID() == u"WNOX") {
+        c->DestroyView();
+        c->Release();
+        c = nullptr;
+      }
+  }
+  ui::TFrame* CreateCaptionFrame(const wchar_t*, const wchar_t* caption, ui::TFrame*) override {
+    captions.push_back(caption);
+    return new FakeCaptionFrame(nullptr);
+  }
+  std::vector<INTAWelcomePageContentPluginCreator*> creators;
+  std::vector<std::wstring> unregistered, captions;
+};
+
+TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
+  SetProgramLocation(L"Z:\\nowhere\\NOXPlugIn.exe");
+  FakeWelcomePage page;
+  WelcomePagePluginService = &page;
+  HMODULE module = LoadLibraryW(kPackage.c_str());
+  ASSERT_NE(module, nullptr);
+  const auto entry = [&](const char* name) {
+    return reinterpret_cast<void (*)()>(GetProcAddress(module, name));
+  };
+  entry("Initialize")();
+  entry("Initialize")();
+  entry("Register")();
+  ASSERT_EQ(page.creators.size(), 1u);
+  INTAWelcomePageContentPluginCreator* creator = page.creators[0];
+  EXPECT_EQ(creator->GetPluginID(), u"WNOX");
+  EXPECT_EQ(creator->GetPluginName(), u"Noxdesk");
+  EXPECT_EQ(creator->GetView(), nullptr);
+  EXPECT_EQ(creator->GetIconIndex(), 2);
+
+  ui::TFrame* view = creator->CreateView();
+  ASSERT_NE(view, nullptr);
+  EXPECT_EQ(creator->CreateView(), view);
+  auto* caption = dynamic_cast<FakeCaptionFrame*>(view);
+  ASSERT_NE(caption, nullptr);
+  EXPECT_EQ(page.captions, std::vector<std::wstring>{L"Noxdesk"});
+  ASSERT_EQ(caption->clients.size(), 2u);
+  EXPECT_NE(caption->clients[0], caption->clients[1]);
+  EXPECT_EQ(creator->GetIconIndex(), 3);
+  creator->DestroyView();
+  creator->DestroyView();
+  EXPECT_EQ(creator->GetView(), nullptr);
+
+  // The first Finalize of two only counts; the second unregisters "WNOX".
+  entry("Finalize")();
+  EXPECT_TRUE(page.unregistered.empty());
+  entry("Finalize")();
+  EXPECT_EQ(page.unregistered, std::vector<std::wstring>{L"WNOX"});
+
+  // Once the Welcome Page is gone, a start and stop of the package asks nothing of it.
+  WelcomePagePluginService = nullptr;
+  entry("Initialize")();
+  entry("Finalize")();
+  FreeLibrary(module);
+}
+
+}  // namespace
