@@ -13,6 +13,7 @@
 #include "host/WNOXView.h"
 #include "ide/WelcomePage.h"
 #include "message_pump.h"
+#include "package/packageinfo.h"
 #include "rtl/handles.h"
 #include "ui/forms.h"
 
@@ -325,7 +326,13 @@ class FakeCaptionFrame final : public ui::TFrame, public INTAWelcomePageCaptionF
   }
   ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
   ULONG STDMETHODCALLTYPE Release() override { return 1; }
-  void SetClientFrame(ui::TFrame* frame) override { clients.push_back(frame); }
+  void SetClientFrame(ui::TFrame* frame) override {
+    clients.push_back(frame);
+    if (HandleAllocated()) {
+      frame->SetParent(this);
+      frame->SetAlign(ui::TAlign::alClient);
+    }
+  }
   std::vector<ui::TFrame*> clients;
 };
 
@@ -351,8 +358,15 @@ class FakeWelcomePage final : public INTAWelcomePagePluginService {
   }
   ui::TFrame* CreateCaptionFrame(const wchar_t*, const wchar_t* caption, ui::TFrame*) override {
     captions.push_back(caption);
-    return new FakeCaptionFrame(nullptr);
+    auto* frame = new FakeCaptionFrame(nullptr);
+    if (parent != nullptr) {
+      frame->SetParent(parent);
+      frame->SetAlign(ui::TAlign::alClient);
+      frame->Handle();
+    }
+    return frame;
   }
+  ui::TWinControl* parent = nullptr;  // where views are shown; none: views stay windowless
   std::vector<INTAWelcomePageContentPluginCreator*> creators;
   std::vector<std::wstring> unregistered, captions;
 };
@@ -366,6 +380,26 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   const auto entry = [&](const char* name) {
     return reinterpret_cast<void (*)()>(GetProcAddress(module, name));
   };
+  // The package describes itself to the IDE's loader and in its version record.
+  const auto* info = reinterpret_cast<const TPackageInfoTable* (*)()>(
+      GetProcAddress(module, "GetPackageInfoTable"))();
+  EXPECT_STREQ(info->PackageName, L"WNOXD13_64");
+  const std::wstring description = L"--- Quillmark Noxdesk PlugIn f\u00fcr Delphi 13 64 Bit Welcome Page";
+  EXPECT_EQ(info->Description, description);
+  std::vector<std::wstring> names;
+  for (int i = 0; i < info->UnitCount; ++i) names.push_back(info->Units[i].Name);
+  EXPECT_EQ(names, (std::vector<std::wstring>{L"WNOXD13_64", L"NOXEData", L"Qm_tools",
+                                               L"QMMessageDlgVCL", L"SysInit", L"DVersion",
+                                               L"WNOXView", L"WNOXConstants", L"WNOXCreator"}));
+  std::vector<char> version(GetFileVersionInfoSizeW(kPackage.c_str(), nullptr));
+  ASSERT_TRUE(GetFileVersionInfoW(kPackage.c_str(), 0, static_cast<DWORD>(version.size()),
+                                  version.data()));
+  wchar_t* text = nullptr;
+  UINT length = 0;
+  ASSERT_TRUE(VerQueryValueW(version.data(), L"\\StringFileInfo\\040704B0\\FileDescription",
+                             reinterpret_cast<void**>(&text), &length));
+  EXPECT_EQ(std::wstring(text), description);
+
   entry("Initialize")();
   entry("Initialize")();
   entry("Register")();
@@ -399,6 +433,44 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   WelcomePagePluginService = nullptr;
   entry("Initialize")();
   entry("Finalize")();
+  FreeLibrary(module);
+}
+
+TEST_F(SpineFrame, UnloadingThePackageEndsTheDockedCompanion) {
+  SetProgramLocation(kCompanion);
+  FakeWelcomePage page;
+  page.parent = form_.get();
+  form_->Show();
+  WelcomePagePluginService = &page;
+  HMODULE module = LoadLibraryW(kPackage.c_str());
+  ASSERT_NE(module, nullptr);
+  const auto entry = [&](const char* name) {
+    return reinterpret_cast<void (*)()>(GetProcAddress(module, name));
+  };
+  entry("Initialize")();
+  entry("Register")();
+  ASSERT_EQ(page.creators.size(), 1u);
+  ui::TFrame* view = page.creators[0]->CreateView();
+  ASSERT_NE(view, nullptr);
+  const HWND area = view->Handle();
+  // Once docked, the companion's window is no longer top-level: look below the view.
+  const auto dockedBelowView = [&] {
+    bool found = false;
+    EnumChildWindows(
+        area,
+        [](HWND wnd, LPARAM found) {
+          wchar_t name[32];
+          GetClassNameW(wnd, name, 32);
+          if (lstrcmpW(name, L"TMainForm") == 0) *reinterpret_cast<bool*>(found) = true;
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&found));
+    return found;
+  };
+  ASSERT_TRUE(PumpUntil(dockedBelowView, 20000));
+  entry("Finalize")();
+  EXPECT_TRUE(PumpUntil([] { return CompanionProcesses() == 0; }, 10000));
+  WelcomePagePluginService = nullptr;
   FreeLibrary(module);
 }
 
