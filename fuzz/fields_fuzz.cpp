@@ -17,6 +17,7 @@
 #include "rtl/ustring.h"
 #include "tools/fields.h"
 #include "tools/qm_globals.h"
+#include "fuzz/fuzz_input.h"
 
 using namespace Qm_tools;
 
@@ -24,11 +25,7 @@ namespace {
 
 using Str = std::u16string;
 
-void Check(bool ok, const char* what) {
-  if (ok) return;
-  std::fprintf(stderr, "broken: %s\n", what);
-  std::abort();
-}
+using fuzz::Check;
 
 bool Open(char16_t d, const Str& s) { return !s.empty() && s.back() != d; }
 int Wrap(int n) { return static_cast<int>(static_cast<unsigned>(n) + 1u); }

@@ -9,6 +9,7 @@
 
 #include "rtl/classes.h"
 #include "tools/keyed.h"
+#include "fuzz/fuzz_input.h"
 
 using namespace Qm_tools;
 
@@ -16,11 +17,7 @@ namespace {
 
 using Str = std::u16string;
 
-void Check(bool ok, const char* what) {
-  if (ok) return;
-  std::fprintf(stderr, "broken: %s\n", what);
-  std::abort();
-}
+using fuzz::Check;
 
 Str PickString(FuzzedDataProvider& in, char16_t es, char16_t ks, size_t most) {
   const char16_t alphabet[] = {es,      ks,   u'a',      u'b',     u'B',

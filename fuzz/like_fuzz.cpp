@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tools/search.h"
+#include "fuzz/fuzz_input.h"
 
 using Qm_tools::qm_Like;
 using std::u16string;
@@ -31,19 +32,10 @@ bool Glob(u16string_view t, u16string_view p) {
 }
 
 u16string Decode(const uint8_t* data, size_t size, bool raw) {
-  u16string s;
-  if (raw) {
-    for (size_t i = 0; i + 1 < size; i += 2) s.push_back(char16_t(data[i] | data[i + 1] << 8));
-  } else {
-    constexpr u16string_view alphabet = u"aab*?ä";
-    for (size_t i = 0; i < size; ++i) s.push_back(alphabet[data[i] % alphabet.size()]);
-  }
-  return s;
+  return fuzz::DecodeText(data, size, raw, u"aab*?ä");
 }
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using fuzz::Check;
 
 }  // namespace
 

@@ -13,6 +13,7 @@
 #include "rtl/locale.h"
 #include "rtl/ustring.h"
 #include "tools/search.h"
+#include "fuzz/fuzz_input.h"
 
 using namespace Qm_tools;
 using std::u16string;
@@ -57,19 +58,10 @@ int CopyOccurNr(u16string_view needle, u16string_view text, int n) {
 }
 
 u16string Decode(const uint8_t* data, size_t size, bool raw) {
-  u16string s;
-  if (raw) {
-    for (size_t i = 0; i + 1 < size; i += 2) s.push_back(char16_t(data[i] | data[i + 1] << 8));
-  } else {
-    constexpr u16string_view alphabet = u"abAB xä-1Äé";
-    for (size_t i = 0; i < size; ++i) s.push_back(alphabet[data[i] % alphabet.size()]);
-  }
-  return s;
+  return fuzz::DecodeText(data, size, raw, u"abAB xä-1Äé");
 }
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using fuzz::Check;
 
 }  // namespace
 

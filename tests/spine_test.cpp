@@ -70,28 +70,31 @@ class FakeIDE final : public IBorlandIDEServices,
   bool SaveFile(const wchar_t*) override { return false; }
 };
 
-int CompanionProcesses() {
+// Calls visit(process id) for every running NOXPlugIn.exe.
+template <class Visit>
+void ForEachCompanion(Visit visit) {
   rtl::unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
   PROCESSENTRY32W entry{};
   entry.dwSize = sizeof(entry);
+  for (BOOL ok = Process32FirstW(snapshot.get(), &entry); ok;
+       ok = Process32NextW(snapshot.get(), &entry))
+    if (lstrcmpiW(entry.szExeFile, L"NOXPlugIn.exe") == 0) visit(entry.th32ProcessID);
+}
+
+int CompanionProcesses() {
   int count = 0;
-  for (BOOL ok = Process32FirstW(snapshot.get(), &entry); ok; ok = Process32NextW(snapshot.get(), &entry))
-    if (lstrcmpiW(entry.szExeFile, L"NOXPlugIn.exe") == 0) ++count;
+  ForEachCompanion([&](DWORD) { ++count; });
   return count;
 }
 
 void KillCompanions() {
-  rtl::unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-  PROCESSENTRY32W entry{};
-  entry.dwSize = sizeof(entry);
-  for (BOOL ok = Process32FirstW(snapshot.get(), &entry); ok; ok = Process32NextW(snapshot.get(), &entry))
-    if (lstrcmpiW(entry.szExeFile, L"NOXPlugIn.exe") == 0) {
-      rtl::unique_handle p(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, entry.th32ProcessID));
-      if (p) {
-        TerminateProcess(p.get(), 1);
-        WaitForSingleObject(p.get(), 5000);
-      }
+  ForEachCompanion([](DWORD pid) {
+    rtl::unique_handle p(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, pid));
+    if (p) {
+      TerminateProcess(p.get(), 1);
+      WaitForSingleObject(p.get(), 5000);
     }
+  });
 }
 
 HWND Docked(TMainFrame& frame) { return reinterpret_cast<HWND>(frame.Panel1->Tag); }
