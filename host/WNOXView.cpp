@@ -158,8 +158,9 @@ void TMainFrame::Timer1Timer(rtl::TObject* /*sender*/) {
 
 void TMainFrame::StartAProg(const std::u16string& path, const std::u16string& parameters,
                             ui::TPanel*& panel) {
+  static_assert(sizeof(SHELLEXECUTEINFOW) == 112, "the record the shell expects of a 64-bit caller");
   SHELLEXECUTEINFOW info{};
-  info.cbSize = sizeof(info);  // 112 bytes in a 64-bit process
+  info.cbSize = sizeof(info);
   info.fMask = SEE_MASK_NOCLOSEPROCESS;
   info.hwnd = Handle();
   info.lpVerb = L"open";
