@@ -1,0 +1,147 @@
+// Pure rules of the message dialog; the form's Win32 side applies them.
+#include "dialog/dialog_plan.h"
+
+#include <algorithm>
+#include <array>
+
+#include "rtl/classes.h"
+
+namespace QMMessageDlgVCL {
+
+TMsgDlgType MessageBoxKind(unsigned flags) {
+  switch (flags & 0xF0u) {
+    case 0x10: return mtError;
+    case 0x20: return mtConfirmation;
+    case 0x30: return mtWarning;
+    case 0x40: return mtInformation;
+    default: return mtCustom;
+  }
+}
+
+TMsgDlgButtons MessageBoxButtons(unsigned flags) {
+  switch (flags & 0x0Fu) {
+    case 1: return {mbOK, mbCancel};
+    case 2: return {mbAbort, mbRetry, mbIgnore};
+    case 3: return {mbYes, mbNo, mbCancel};
+    case 4: return {mbYes, mbNo};
+    case 5: return {mbRetry, mbCancel};
+    default: return {mbOK};
+  }
+}
+
+namespace {
+
+// The key list and one caption list, split as the stored lists expect: commas only.
+class TWordTable {
+ public:
+  explicit TWordTable(int lang) {
+    Split(keys_, ButtonKeys);
+    // Only German and English exist; English is the readable choice for anything else.
+    Split(captions_, lang == 1 ? ButtonCaptionsGerman : ButtonCaptionsEnglish);
+  }
+
+  std::u16string Caption(std::u16string_view key) const {
+    int i = keys_.IndexOf(key);
+    return i < 0 || i >= captions_.Count() ? std::u16string() : captions_[i];
+  }
+
+ private:
+  static void Split(rtl::TStringList& list, std::u16string_view text) {
+    list.StrictDelimiter = true;
+    list.Delimiter = u',';
+    list.SetDelimitedText(text);
+  }
+
+  rtl::TStringList keys_;
+  rtl::TStringList captions_;
+};
+
+struct TCreatedButton {
+  TMsgDlgBtn Button;
+  std::u16string_view Key;
+  int Tag;
+};
+
+// The row's order after the template OK button, whatever order the caller listed.
+constexpr std::array<TCreatedButton, 10> CreatedButtons{{
+    {mbYes, u"yes", mrYes},
+    {mbYesToAll, u"yes all", mrYesToAll},
+    {mbNo, u"no", mrNo},
+    {mbNoToAll, u"no all", mrNoToAll},
+    {mbCancel, u"cancel", mrCancel},
+    {mbIgnore, u"ignore", mrIgnore},
+    {mbAbort, u"abort", mrAbort},
+    {mbRetry, u"retry", mrRetry},
+    {mbClose, u"close", mrClose},
+    {mbAll, u"all", mrAll},
+}};
+
+// The template button keeps the caption the form was designed with; the word lists are
+// never asked for "ok", so its accelerator stays "K" in both languages.
+constexpr std::u16string_view TemplateOkCaption = u"O&K";
+
+std::u16string ProgramName(std::u16string_view path) {
+  std::size_t slash = path.find_last_of(u"\\/:");
+  std::u16string_view name = slash == path.npos ? path : path.substr(slash + 1);
+  std::size_t dot = name.rfind(u'.');
+  return std::u16string(dot == name.npos ? name : name.substr(0, dot));
+}
+
+}  // namespace
+
+std::u16string ButtonCaption(std::u16string_view key, int lang) {
+  return TWordTable(lang).Caption(key);
+}
+
+TDialogPlan PlanDialog(std::u16string_view msg, TMsgDlgType type, TMsgDlgButtons buttons,
+                       int helpCtx, const TDlgSettings& settings,
+                       std::u16string_view programFileName) {
+  TWordTable words(settings.lang);
+  TDialogPlan plan{};
+
+  if (buttons.Contains(mbOK))
+    plan.Buttons.push_back({std::u16string(TemplateOkCaption), mrOk, true});
+  for (const TCreatedButton& b : CreatedButtons)
+    if (buttons.Contains(b.Button)) plan.Buttons.push_back({words.Caption(b.Key), b.Tag, false});
+
+  // The trailing breaks and blank keep the last line clear of the label's bottom edge.
+  plan.Text = std::u16string(msg) + u"\r\n\r\n ";
+  plan.WindowCaption = ProgramName(programFileName);
+  plan.CaptionBarText =
+      settings.DialogCaptionText.empty() ? plan.WindowCaption : settings.DialogCaptionText;
+
+  switch (type) {
+    case mtWarning:
+      plan.HeaderText = words.Caption(u"warning") + u" !";
+      plan.GlyphIndex = 0;
+      break;
+    case mtConfirmation:
+      plan.HeaderText = words.Caption(u"confirmation");
+      plan.GlyphIndex = 1;
+      break;
+    case mtInformation:
+      plan.HeaderText = words.Caption(u"information");
+      plan.GlyphIndex = 2;
+      break;
+    case mtError:
+      plan.HeaderText = words.Caption(u"error");
+      plan.GlyphIndex = 3;
+      break;
+    default:
+      plan.GlyphIndex = -1;
+      break;
+  }
+  plan.HelpCtx = helpCtx;
+  return plan;
+}
+
+int ButtonWidth(int measuredCaptionWidth) { return std::max(measuredCaptionWidth + 30, 130); }
+
+TFormBounds FormHeightFor(int labelHeight, int scrollBoxHeight, int formHeight, int formTop,
+                          int addMaxHeight) {
+  if (labelHeight + 20 <= scrollBoxHeight) return {formHeight, formTop};
+  int grow = std::min(labelHeight - scrollBoxHeight + 40, addMaxHeight);
+  return {formHeight + grow, formTop - grow / 2};
+}
+
+}  // namespace QMMessageDlgVCL

@@ -1,0 +1,178 @@
+// The message dialog's decisions: what the system message-box flags become, which words the
+// buttons carry, the order of the button row, the texts, and the sizing rules.
+#include "dialog/dialog_plan.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace QMMessageDlgVCL;
+using Str = std::u16string;
+using Row = std::vector<std::pair<Str, int>>;
+
+std::string Narrow(const Str& s) { return std::string(s.begin(), s.end()); }
+
+Row RowOf(const TDialogPlan& plan) {
+  Row row;
+  for (const auto& b : plan.Buttons) row.emplace_back(b.Caption, b.Tag);
+  return row;
+}
+
+TDialogPlan Plan(TMsgDlgType type, TMsgDlgButtons buttons, int lang = 1) {
+  TDlgSettings s = StartDlgSettings();
+  s.lang = lang;
+  return PlanDialog(u"m", type, buttons, 0, s, u"C:\\x\\NOXPlugIn.exe");
+}
+
+TEST(DialogPlanMessageBox, FlagsGiveKindAndButtons) {
+  struct Case {
+    unsigned flags;
+    TMsgDlgType kind;
+    TMsgDlgButtons buttons;
+  };
+  const Case cases[] = {
+      {0x24, mtConfirmation, {mbYes, mbNo}},
+      {0x10, mtError, {mbOK}},
+      {0x31, mtWarning, {mbOK, mbCancel}},
+      {0x42, mtInformation, {mbAbort, mbRetry, mbIgnore}},
+      {0x03, mtCustom, {mbYes, mbNo, mbCancel}},
+      {0x55, mtCustom, {mbRetry, mbCancel}},
+      {0x06, mtCustom, {mbOK}},
+      {0x0F, mtCustom, {mbOK}},
+      {0x124, mtConfirmation, {mbYes, mbNo}},  // bits above the two nibbles don't matter
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(MessageBoxKind(c.flags), c.kind) << std::hex << c.flags;
+    EXPECT_EQ(MessageBoxButtons(c.flags), c.buttons) << std::hex << c.flags;
+  }
+}
+
+TEST(DialogPlanMessageBox, QuestionYesNoShowsGermanYesAndNo) {
+  TDialogPlan plan = Plan(MessageBoxKind(0x24), MessageBoxButtons(0x24));
+  EXPECT_EQ(RowOf(plan), (Row{{u"&Ja", mrYes}, {u"&Nein", mrNo}}));
+  EXPECT_EQ(plan.HeaderText, u"Bestätigung");
+  EXPECT_EQ(plan.GlyphIndex, 1);
+}
+
+TEST(DialogPlanWords, CaptionByLanguage) {
+  struct Case {
+    Str key;
+    int lang;
+    Str caption;
+  };
+  const Case cases[] = {
+      {u"cancel", 1, u"&Abbruch"}, {u"abort", 1, u"&Abbruch"}, {u"yes all", 1, u"Ja A&lle"},
+      {u"close", 1, u"&Schließen"}, {u"error", 1, u"Fehler"}, {u"cancel", 2, u"&Cancel"},
+      {u"no all", 2, u"No all"}, {u"abort", 7, u"&Abort"}, {u"yes", 0, u"&Yes"},
+      {u"maybe", 1, u""},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ButtonCaption(c.key, c.lang), c.caption) << Narrow(c.key) << " " << c.lang;
+}
+
+TEST(DialogPlanButtons, RowOrderIsFixedAndOkComesFirst) {
+  TMsgDlgButtons all{mbAll, mbClose, mbRetry, mbAbort, mbIgnore, mbCancel,
+                     mbNoToAll, mbNo, mbYesToAll, mbYes, mbOK, mbHelp};
+  EXPECT_EQ(RowOf(Plan(mtCustom, all, 2)),
+            (Row{{u"O&K", mrOk}, {u"&Yes", mrYes}, {u"Yes a&ll", mrYesToAll}, {u"&No", mrNo},
+                 {u"No all", mrNoToAll}, {u"&Cancel", mrCancel}, {u"&Ignore", mrIgnore},
+                 {u"&Abort", mrAbort}, {u"&Retry", mrRetry}, {u"&Close", mrClose},
+                 {u"All", mrAll}}));
+  EXPECT_TRUE(Plan(mtCustom, all).Buttons.front().Template);
+}
+
+TEST(DialogPlanButtons, WithoutOkTheFirstButtonIsYesAndHelpMakesNone) {
+  EXPECT_EQ(RowOf(Plan(mtConfirmation, {mbNo, mbYes})), (Row{{u"&Ja", mrYes}, {u"&Nein", mrNo}}));
+  EXPECT_TRUE(Plan(mtInformation, {mbHelp}).Buttons.empty());
+}
+
+TEST(DialogPlanHeader, KindGivesWordAndGlyph) {
+  struct Case {
+    TMsgDlgType type;
+    int lang;
+    Str header;
+    int glyph;
+  };
+  const Case cases[] = {
+      {mtWarning, 1, u"Warnung !", 0},      {mtWarning, 2, u"Warning !", 0},
+      {mtConfirmation, 2, u"Confirmation", 1}, {mtInformation, 1, u"Information", 2},
+      {mtError, 1, u"Fehler", 3},           {mtCustom, 1, u"", -1},
+  };
+  for (const auto& c : cases) {
+    TDialogPlan plan = Plan(c.type, {mbOK}, c.lang);
+    EXPECT_EQ(plan.HeaderText, c.header) << c.type;
+    EXPECT_EQ(plan.GlyphIndex, c.glyph) << c.type;
+  }
+}
+
+TEST(DialogPlanText, MessageGetsBreaksAndCaptionsTheProgramName) {
+  struct Case {
+    Str path, captionText, window, bar;
+  };
+  const Case cases[] = {
+      {u"C:\\x\\NOXPlugIn.exe", u"", u"NOXPlugIn", u"NOXPlugIn"},
+      {u"C:\\x.d\\tool", u"", u"tool", u"tool"},
+      {u"C:\\x\\my.app.exe", u"Noxdesk", u"my.app", u"Noxdesk"},
+  };
+  for (const auto& c : cases) {
+    TDlgSettings s = StartDlgSettings();
+    s.DialogCaptionText = c.captionText;
+    TDialogPlan plan = PlanDialog(u"m", mtInformation, {mbOK}, 120, s, c.path);
+    EXPECT_EQ(plan.WindowCaption, c.window) << Narrow(c.path);
+    EXPECT_EQ(plan.CaptionBarText, c.bar) << Narrow(c.path);
+    EXPECT_EQ(plan.Text, u"m\r\n\r\n ");
+    EXPECT_EQ(plan.HelpCtx, 120);
+  }
+}
+
+TEST(DialogPlanSize, ButtonsAreAtLeast130Wide) {
+  EXPECT_EQ((std::vector<int>{ButtonWidth(40), ButtonWidth(100), ButtonWidth(101)}),
+            (std::vector<int>{130, 130, 131}));
+}
+
+TEST(DialogPlanSize, FormGrowsToTheMessageUpToTheAllowance) {
+  struct Case {
+    int label, box, height, top;
+  };
+  // Scroll box 200, form 415 high at top 300, allowance 400.
+  const Case cases[] = {
+      {180, 200, 415, 300},  // fits with 20 to spare
+      {181, 200, 436, 290},  // grows by 21, moves up by 10
+      {300, 200, 555, 230},
+      {560, 200, 815, 100},  // exactly the allowance
+      {900, 200, 815, 100},  // the rest scrolls
+  };
+  for (const auto& c : cases) {
+    TFormBounds b = FormHeightFor(c.label, 200, 415, 300, 400);
+    EXPECT_EQ(b.Height, c.height) << c.label;
+    EXPECT_EQ(b.Top, c.top) << c.label;
+  }
+}
+
+TEST(DialogPlanSettings, StartValuesAndRepeatedStartStop) {
+  Initialize();
+  Initialize();
+  StdDlgSettings.lang = 2;
+  StdDlgSettings.DialogCaptionText.assign(3, u'x');
+  Finalize();  // the inner pair does nothing
+  EXPECT_EQ(StdDlgSettings.DialogCaptionText.size(), 3u);
+  Finalize();
+  EXPECT_TRUE(StdDlgSettings.DialogCaptionText.empty());
+
+  Initialize();
+  const TDlgSettings& s = StdDlgSettings;
+  EXPECT_EQ((std::vector<int>{s.lang, s.btnColor, s.btnTextColor, s.btnStrokeColor,
+                              s.btnClickColor, s.recColor, s.HeadBack, s.HeadText,
+                              s.AddMaxHeight, s.MsgTextColor, s.DialogCaptionColor}),
+            (std::vector<int>{1, 0x004B4E4F, 0x00FFFFFF, 0x00FFAC56, 0x0060A4F4, 0, 0x004B4E4F,
+                              0x00FFFFFF, 400, 0, 0x003A3A3A}));
+  EXPECT_TRUE(s.HelpButtonNoReturn && !s.UseFixedFont && s.AutoResetFixedFont);
+  EXPECT_TRUE(s.StyleName.empty() && s.DialogCaptionText.empty());
+  Finalize();
+}
+
+}  // namespace
