@@ -6,6 +6,7 @@
 
 #include <iterator>
 
+#include "dialog/QMMessageDlgVCL.h"
 #include "host/WNOXView.h"
 #include "package/WNOXConstants.h"
 #include "package/WNOXCreator.h"
@@ -30,6 +31,7 @@ void FinalizeUnit() { Counter.Stop(); }
 
 // A unit after the units it uses; the package unit last.
 constexpr TPackageUnitEntry kStartOrder[] = {
+    {L"QMMessageDlgVCL", &QMMessageDlgVCL::Initialize, &QMMessageDlgVCL::Finalize},
     {L"Qm_tools", &Qm_tools::Initialize, &Qm_tools::Finalize},
     {L"DVersion", &DVersion::Initialize, &DVersion::Finalize},
     {L"WNOXView", &WNOXView::Initialize, &WNOXView::Finalize},
@@ -45,7 +47,7 @@ constexpr TPackageUnitEntry kUnits[] = {
     {L"WNOXD13_64", &InitializeUnit, &FinalizeUnit},
     {L"NOXEData", nullptr, nullptr},
     {L"Qm_tools", &Qm_tools::Initialize, &Qm_tools::Finalize},
-    {L"QMMessageDlgVCL", nullptr, nullptr},
+    {L"QMMessageDlgVCL", &QMMessageDlgVCL::Initialize, &QMMessageDlgVCL::Finalize},
     {L"SysInit", nullptr, nullptr},
     {L"DVersion", &DVersion::Initialize, &DVersion::Finalize},
     {L"WNOXView", &WNOXView::Initialize, &WNOXView::Finalize},
