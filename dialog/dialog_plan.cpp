@@ -110,27 +110,20 @@ TDialogPlan PlanDialog(std::u16string_view msg, TMsgDlgType type, TMsgDlgButtons
   plan.CaptionBarText =
       settings.DialogCaptionText.empty() ? plan.WindowCaption : settings.DialogCaptionText;
 
-  switch (type) {
-    case mtWarning:
-      plan.HeaderText = words.Caption(u"warning") + u" !";
-      plan.GlyphIndex = 0;
-      break;
-    case mtConfirmation:
-      plan.HeaderText = words.Caption(u"confirmation");
-      plan.GlyphIndex = 1;
-      break;
-    case mtInformation:
-      plan.HeaderText = words.Caption(u"information");
-      plan.GlyphIndex = 2;
-      break;
-    case mtError:
-      plan.HeaderText = words.Caption(u"error");
-      plan.GlyphIndex = 3;
-      break;
-    default:
-      plan.GlyphIndex = -1;
-      break;
-  }
+  // Header word and glyph by kind; mtCustom keeps what the form has.
+  struct KindLook { TMsgDlgType type; std::u16string_view word, suffix; int glyph; };
+  static constexpr KindLook kLooks[] = {
+      {mtWarning, u"warning", u" !", 0},
+      {mtConfirmation, u"confirmation", u"", 1},
+      {mtInformation, u"information", u"", 2},
+      {mtError, u"error", u"", 3},
+  };
+  plan.GlyphIndex = -1;
+  for (const KindLook& look : kLooks)
+    if (look.type == type) {
+      plan.HeaderText = words.Caption(look.word) + std::u16string(look.suffix);
+      plan.GlyphIndex = look.glyph;
+    }
   plan.HelpCtx = helpCtx;
   return plan;
 }

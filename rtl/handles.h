@@ -58,10 +58,6 @@ inline void Hook(HHOOK h) { ::UnhookWindowsHookEx(h); }
 inline void Global(HGLOBAL h) { ::GlobalFree(h); }
 inline void GlobalAtom(ATOM a) { ::GlobalDeleteAtom(a); }
 inline void Module(HMODULE h) { ::FreeLibrary(h); }
-template <typename I>
-void Com(I* p) {
-  p->Release();
-}
 }  // namespace close
 
 // Kernel objects that report failure as null (processes, threads, events, mappings).
@@ -82,9 +78,6 @@ using unique_hhook = unique_any<HHOOK, &close::Hook>;
 using unique_hglobal = unique_any<HGLOBAL, &close::Global>;
 using unique_global_atom = unique_any<ATOM, &close::GlobalAtom>;
 using unique_hmodule = unique_any<HMODULE, &close::Module>;
-// A COM interface reference, released once.
-template <typename I>
-using unique_com = unique_any<I*, &close::Com<I>>;
 
 // Selects an object into a DC for a scope and puts the previous one back.
 class select_object {
