@@ -381,11 +381,11 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   HMODULE module = LoadLibraryW(kPackage.c_str());
   ASSERT_NE(module, nullptr);
   const auto entry = [&](const char* name) {
-    return reinterpret_cast<void (*)()>(GetProcAddress(module, name));
+    return reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
   };
   // The package describes itself to the IDE's loader and in its version record.
   const auto* info = reinterpret_cast<const TPackageInfoTable* (*)()>(
-      GetProcAddress(module, "GetPackageInfoTable"))();
+      reinterpret_cast<void*>(GetProcAddress(module, "GetPackageInfoTable")))();
   EXPECT_STREQ(info->PackageName, L"WNOXD13_64");
   const std::wstring description = L"--- Quillmark Noxdesk PlugIn f\u00fcr Delphi 13 64 Bit Welcome Page";
   EXPECT_EQ(info->Description, description);
@@ -448,7 +448,7 @@ TEST_F(SpineFrame, UnloadingThePackageEndsTheDockedCompanion) {
   HMODULE module = LoadLibraryW(kPackage.c_str());
   ASSERT_NE(module, nullptr);
   const auto entry = [&](const char* name) {
-    return reinterpret_cast<void (*)()>(GetProcAddress(module, name));
+    return reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
   };
   entry("Initialize")();
   entry("Register")();
