@@ -4,9 +4,16 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
+
+#ifdef _WIN32
+#include <windows.h>
+// The unit's MessageBox replaces the system's: the system header's name for it goes.
+#undef MessageBox
+#endif
 
 namespace QMMessageDlgVCL {
 
@@ -90,6 +97,34 @@ inline constexpr std::u16string_view ButtonCaptionsGerman =
 inline constexpr std::u16string_view ButtonCaptionsEnglish =
     u"&Yes,Yes a&ll,&No,No all,&Cancel,&OK,&Ignore,&Abort,&Retry,"
     u"&Close,All,&Help,Warning,Confirmation,Information,Error";
+
+#ifdef _WIN32
+// Shows Msg in the dialog, with a header and glyph for DlgType and a button for each member
+// of Buttons (mbHelp makes none), and returns the result of the button that closed it.
+// Modal: the program's other windows are disabled until it closes. Main thread only.
+int MessageDlgEx(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons Buttons,
+                 int HelpCtx);
+// The same as MessageDlgEx.
+int MessageDlg(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons Buttons,
+               int HelpCtx);
+// Msg as information with an OK button.
+void ShowMessage(const std::u16string& Msg);
+// Msg as information with an OK button, in the fixed-pitch font when FixedFont; leaves
+// StdDlgSettings.UseFixedFont at FixedFont.
+void ShowMessageEx(const std::u16string& Msg, int HelpCtx, bool FixedFont);
+// The system's message box, shown as this dialog: kind and buttons from Flags (see
+// MessageBoxKind and MessageBoxButtons), the result as the system's IDOK..IDNO. hWnd and
+// Caption are not used.
+int MessageBox(HWND hWnd, const wchar_t* Text, const wchar_t* Caption, UINT Flags);
+#endif
+
+// What MessageDlgEx shows instead of the dialog while one is installed: it gets the
+// message, kind, buttons and help context as the caller gave them and returns the modal
+// result. For automated runs, which must not wait for a person.
+using TDlgPresenter = std::function<int(const std::u16string& Msg, TMsgDlgType DlgType,
+                                        TMsgDlgButtons Buttons, int HelpCtx)>;
+// Installs `presenter` (empty: the dialog again) and returns the one it replaces.
+TDlgPresenter SetDlgPresenter(TDlgPresenter presenter);
 
 // Start and stop work of the unit, counter-guarded: only the outermost pair acts. Start
 // puts StdDlgSettings to its start values; stop releases its strings.

@@ -100,9 +100,10 @@ TDialogPlan PlanDialog(std::u16string_view msg, TMsgDlgType type, TMsgDlgButtons
   TDialogPlan plan{};
 
   if (buttons.Contains(mbOK))
-    plan.Buttons.push_back({std::u16string(TemplateOkCaption), mrOk, true});
+    plan.Buttons.push_back({u"ok", std::u16string(TemplateOkCaption), mrOk, true});
   for (const TCreatedButton& b : CreatedButtons)
-    if (buttons.Contains(b.Button)) plan.Buttons.push_back({words.Caption(b.Key), b.Tag, false});
+    if (buttons.Contains(b.Button))
+      plan.Buttons.push_back({std::u16string(b.Key), words.Caption(b.Key), b.Tag, false});
 
   // The trailing breaks and blank keep the last line clear of the label's bottom edge.
   plan.Text = std::u16string(msg) + u"\r\n\r\n ";

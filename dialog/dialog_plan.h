@@ -27,6 +27,7 @@ TMsgDlgButtons MessageBoxButtons(unsigned flags);
 std::u16string ButtonCaption(std::u16string_view key, int lang);
 
 struct TPlannedButton {
+  std::u16string Key;      // its word in ButtonKeys ("ok" for the template)
   std::u16string Caption;  // holds the accelerator as "&x"
   int Tag;                 // the modal result the button closes the dialog with
   bool Template;           // the form's own OK button rather than a created one

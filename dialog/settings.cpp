@@ -1,6 +1,8 @@
 // The unit's globals and their start and stop work. No system calls.
 #include "dialog/QMMessageDlgVCL.h"
 
+#include <utility>
+
 #include "rtl/unitinit.h"
 
 namespace QMMessageDlgVCL {
@@ -32,7 +34,15 @@ TDlgSettings StdDlgSettings = StartDlgSettings();
 
 namespace {
 rtl::TUnitCounter Counter;
+TDlgPresenter Presenter;
 }  // namespace
+
+TDlgPresenter SetDlgPresenter(TDlgPresenter presenter) {
+  std::swap(Presenter, presenter);
+  return presenter;
+}
+
+const TDlgPresenter& CurrentDlgPresenter() { return Presenter; }
 
 void Initialize() {
   if (Counter.Start()) StdDlgSettings = StartDlgSettings();

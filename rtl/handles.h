@@ -58,6 +58,7 @@ inline void Hook(HHOOK h) { ::UnhookWindowsHookEx(h); }
 inline void Global(HGLOBAL h) { ::GlobalFree(h); }
 inline void GlobalAtom(ATOM a) { ::GlobalDeleteAtom(a); }
 inline void Module(HMODULE h) { ::FreeLibrary(h); }
+inline void Menu(HMENU h) { ::DestroyMenu(h); }
 }  // namespace close
 
 // Kernel objects that report failure as null (processes, threads, events, mappings).
@@ -78,6 +79,7 @@ using unique_hhook = unique_any<HHOOK, &close::Hook>;
 using unique_hglobal = unique_any<HGLOBAL, &close::Global>;
 using unique_global_atom = unique_any<ATOM, &close::GlobalAtom>;
 using unique_hmodule = unique_any<HMODULE, &close::Module>;
+using unique_hmenu = unique_any<HMENU, &close::Menu>;
 
 // Selects an object into a DC for a scope and puts the previous one back.
 class select_object {

@@ -12,6 +12,7 @@
 #include "ui/buttons.h"
 #include "ui/extctrls.h"
 #include "ui/forms.h"
+#include "ui/stdctrls.h"
 
 namespace {
 
@@ -338,6 +339,96 @@ TEST(UiPaint, ControlsShowTheirColourThePickedBackgroundAndTheirPicture) {
     EXPECT_EQ(GetPixel(dc, c.x, c.y), static_cast<COLORREF>(c.expected)) << c.what;
     ReleaseDC(c.control->Handle(), dc);
   }
+}
+
+TEST(UiLabel, AutoSizeFollowsTheTextWrappedOrNot) {
+  auto form = ShownForm(300, 200);
+  auto* label = Make<TLabel>(form.get(), form.get());
+  label->SetBounds(10, 10, 120, 17);
+  label->SetCaption(u"one two three four five six seven eight nine ten");
+  const int oneLine = label->Height();
+  EXPECT_GT(label->Width(), 120) << "unwrapped text takes its own width";
+  label->SetWordWrap(true);
+  label->SetWidth(120);
+  label->AdjustBounds();
+  EXPECT_LE(label->Width(), 120);
+  EXPECT_GE(label->Height(), 3 * oneLine) << "wrapped at the width";
+  EXPECT_EQ(label->Left(), 10);
+  // Prefixes: "&&" is one character shown; without the rule it is two.
+  label->SetWordWrap(false);
+  label->SetCaption(u"&&&&&&&&");
+  const int shown = label->Width();
+  label->SetShowAccelChar(false);
+  EXPECT_GT(label->Width(), shown);
+  label->SetCaption(u"");
+  EXPECT_EQ(label->Height(), oneLine) << "an empty label keeps one line";
+}
+
+TEST(UiScrollBox, ScrollsItsChildrenWithinTheirExtent) {
+  auto form = ShownForm(200, 100);
+  auto* box = Make<TScrollBox>(form.get(), form.get());
+  box->BorderStyle = bsNone;
+  box->SetAlign(alClient);
+  auto* child = new TPanel(form.get());
+  child->Margins.Bottom = 20;
+  child->SetParent(box);
+  child->SetBounds(10, 10, 50, 300);
+  EXPECT_EQ(box->VertRange(), 330) << "the child's bottom and its margin";
+  EXPECT_EQ(box->HorzRange(), 0);
+  EXPECT_TRUE(GetWindowLongW(box->Handle(), GWL_STYLE) & WS_VSCROLL);
+  const int page = box->ClientHeight();
+  SendMessageW(box->Handle(), WM_VSCROLL, SB_LINEDOWN, 0);
+  EXPECT_EQ(child->Top(), 10 - box->VertScrollPos());
+  SendMessageW(box->Handle(), WM_VSCROLL, SB_BOTTOM, 0);
+  EXPECT_EQ(box->VertScrollPos(), 330 - page) << "no further than the extent";
+  EXPECT_EQ(child->BoundsRect().Bottom + 20, page);
+  // A smaller child scrolls back into view.
+  child->SetHeight(40);
+  EXPECT_EQ(box->VertScrollPos(), 0);
+  EXPECT_EQ(child->Top(), 10);
+  EXPECT_EQ(box->VertRange(), 0);
+}
+
+TEST(UiForm, ModalFormSeesItsControlsKeysAndEndsWithItsResult) {
+  auto form = std::make_unique<TForm>(nullptr);
+  form->BorderStyle = bsNone;
+  form->Position = poScreenCenter;
+  form->KeyPreview = true;
+  auto* panel = Make<TPanel>(form.get(), form.get());
+  panel->SetAlign(alClient);
+  std::string keys;
+  int shown = 0;
+  form->OnShow = [&](TObject*) { ++shown; };
+  form->OnKeyDown = [&](TObject*, WORD& key, TShiftState) {
+    keys += "form:" + std::to_string(key) + " ";
+    if (key == VK_ESCAPE) key = 0;  // swallowed: the panel does not hear it
+  };
+  panel->OnKeyDown = [&](TObject*, WORD& key, TShiftState) {
+    keys += "panel:" + std::to_string(key) + " ";
+  };
+  panel->OnClick = [&](TObject*) { form->ModalResult = 42; };
+  UINT_PTR timer = SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR id, DWORD) {
+    KillTimer(nullptr, id);
+    HWND active = GetActiveWindow();
+    HWND panelWindow = GetWindow(active, GW_CHILD);
+    SendMessageW(panelWindow, WM_KEYDOWN, 'A', 0);
+    SendMessageW(panelWindow, WM_KEYDOWN, VK_ESCAPE, 0);
+    PostMessageW(panelWindow, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    PostMessageW(panelWindow, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+  });
+  EXPECT_EQ(form->ShowModal(), 42);
+  KillTimer(nullptr, timer);
+  EXPECT_EQ(keys, "form:65 panel:65 form:27 ");
+  EXPECT_EQ(shown, 1);
+  EXPECT_FALSE(form->Visible());
+  EXPECT_FALSE(IsWindowVisible(form->Handle()));
+  form->ModalResult = 0;
+  EXPECT_THROW(
+      {
+        form->Show();
+        form->ShowModal();
+      },
+      EInvalidOperation);
 }
 
 }  // namespace

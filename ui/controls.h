@@ -14,6 +14,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -64,6 +65,30 @@ class TComponent : public TObject {
 };
 
 class TWinControl;
+class TCustomForm;
+class TPopupMenu;
+
+enum class TMouseButton { mbLeft, mbRight, mbMiddle };
+using enum TMouseButton;
+
+// Keys and mouse buttons held while an input event happened.
+enum class TShiftStateItem { ssShift, ssAlt, ssCtrl, ssLeft, ssRight, ssMiddle };
+using enum TShiftStateItem;
+using TShiftState = std::set<TShiftStateItem>;
+// The state of the keyboard and of the mouse buttons now.
+TShiftState KeyboardShiftState();
+
+// X and Y are in the client coordinates of the control that raises the event.
+using TMouseEvent = std::function<void(TObject* sender, TMouseButton button, TShiftState shift,
+                                       int x, int y)>;
+using TMouseMoveEvent = std::function<void(TObject* sender, TShiftState shift, int x, int y)>;
+// A handler may set Key to 0 to swallow it.
+using TKeyEvent = std::function<void(TObject* sender, WORD& key, TShiftState shift)>;
+using TKeyPressEvent = std::function<void(TObject* sender, char16_t& key)>;
+
+// The mouse pointer shown over a control.
+enum class TCursor { crDefault, crArrow, crHandPoint, crIBeam, crCross, crSizeAll };
+using enum TCursor;
 
 // Parts of a control that a style may draw; this system draws no styles and keeps the set
 // for the code that states it.
@@ -115,7 +140,15 @@ class TControl : public TComponent {
   TFont Font;
   bool ParentFont = true;  // true: the parent's font is used instead of Font
   TStyleElements StyleElements{seFont, seClient, seBorder};
+  TCursor Cursor = crDefault;
+  // Shown on a right click (or the context-menu key) over the control.
+  TPopupMenu* PopupMenu = nullptr;
   TNotifyEvent OnClick;
+  TMouseEvent OnMouseDown;
+  TMouseEvent OnMouseUp;
+  TMouseMoveEvent OnMouseMove;
+  TNotifyEvent OnMouseEnter;
+  TNotifyEvent OnMouseLeave;
 
   // The colour and font the control shows: its own, or its parent's.
   virtual TColor ResolvedColor() const;
@@ -126,6 +159,15 @@ class TControl : public TComponent {
   virtual void Invalidate();
   // What a click does: OnClick.
   virtual void Click();
+  // What the mouse does over the control; x and y in its client coordinates.
+  virtual void MouseDown(TMouseButton button, TShiftState shift, int x, int y);
+  virtual void MouseUp(TMouseButton button, TShiftState shift, int x, int y);
+  virtual void MouseMove(TShiftState shift, int x, int y);
+  virtual void MouseEnter();
+  virtual void MouseLeave();
+  // Converts between the control's client coordinates and the screen's.
+  POINT ClientToScreen(POINT p) const;
+  POINT ScreenToClient(POINT p) const;
 
   // The control as a windowed one, or null for a control its parent paints.
   virtual TWinControl* AsWinControl() { return nullptr; }
@@ -186,6 +228,8 @@ class TWinControl : public TControl {
   void SetCaption(const std::u16string& caption) override;
   void Invalidate() override;
   TWinControl* AsWinControl() override { return this; }
+  // The control as a form, or null.
+  virtual TCustomForm* AsForm() { return nullptr; }
 
   // Lays the aligned children out in the client area again.
   virtual void Realign();
@@ -199,6 +243,10 @@ class TWinControl : public TControl {
 
   bool ParentBackground = true;
   TNotifyEvent OnResize;
+  // Keys reach the focused control; its form sees them first when it has KeyPreview.
+  TKeyEvent OnKeyDown;
+  TKeyEvent OnKeyUp;
+  TKeyPressEvent OnKeyPress;
 
   // Every message of the control's window passes here first; what is not handled goes on
   // to DefaultHandler. Overrides call the base for what they leave.
@@ -212,6 +260,7 @@ class TWinControl : public TControl {
     DWORD exStyle = 0;
     UINT classStyle = CS_DBLCLKS;
     bool systemClass = false;  // "BUTTON", "STATIC"...: made as is, then subclassed
+    HWND wndParent = nullptr;  // the owner of a top-level window
     int x = 0, y = 0, width = 0, height = 0;
   };
   // The window to make; overrides set their class name and styles on top of the base's.
@@ -229,6 +278,14 @@ class TWinControl : public TControl {
   virtual void PaintWindow(HDC /*dc*/) {}
   virtual void InsertControl(TControl* control);
   virtual void RemoveControl(TControl* control);
+  // A child moved, resized, appeared or went; a container that depends on where its
+  // children are (a scroll box) overrides this.
+  virtual void ControlBoundsChanged(TControl* /*control*/) {}
+  // What the key events do: OnKeyDown, OnKeyUp, OnKeyPress. The window procedure shows a
+  // key to the control's form first when that previews keys.
+  virtual void KeyDown(WORD& key, TShiftState shift);
+  virtual void KeyUp(WORD& key, TShiftState shift);
+  virtual void KeyPress(char16_t& key);
 
   std::vector<TControl*> controls_;
 
@@ -240,11 +297,19 @@ class TWinControl : public TControl {
   void PaintHandler();
   void EraseBackground(HDC dc);
   TControl* GraphicControlAt(int x, int y) const;
+  // The mouse messages: routed to the windowless child under the pointer or holding the
+  // capture, else to this control.
+  void MouseMessage(UINT msg, WPARAM wParam, LPARAM lParam);
+  bool ContextMenu(LPARAM lParam);
+  bool SetCursorFor(LPARAM lParam);
 
   rtl::unique_hwnd handle_;
   HWND parentWindow_ = nullptr;
   WNDPROC systemProc_ = nullptr;
   TControl* pressed_ = nullptr;
+  TControl* captured_ = nullptr;  // the windowless child the mouse is captured for
+  bool clicked_ = false;          // the left button went down on this control itself
+  bool mouseInside_ = false;
   int alignDisabled_ = 0;
   bool aligning_ = false;
 };

@@ -10,6 +10,8 @@
 
 #include "rtl/ustring.h"
 #include "ui/controls.h"
+#include "ui/forms.h"
+#include "ui/menus.h"
 #include "ui/winclass.h"
 
 namespace ui {
@@ -40,7 +42,48 @@ class PaintScope {
   HDC dc_;
 };
 
+TShiftState MouseShiftState(WPARAM keys) {
+  TShiftState shift;
+  if (keys & MK_SHIFT) shift.insert(ssShift);
+  if (keys & MK_CONTROL) shift.insert(ssCtrl);
+  if (GetKeyState(VK_MENU) < 0) shift.insert(ssAlt);
+  if (keys & MK_LBUTTON) shift.insert(ssLeft);
+  if (keys & MK_RBUTTON) shift.insert(ssRight);
+  if (keys & MK_MBUTTON) shift.insert(ssMiddle);
+  return shift;
+}
+
+LPCWSTR CursorResource(TCursor cursor) {
+  switch (cursor) {
+    case crHandPoint: return IDC_HAND;
+    case crIBeam: return IDC_IBEAM;
+    case crCross: return IDC_CROSS;
+    case crSizeAll: return IDC_SIZEALL;
+    case crArrow:
+    case crDefault: break;
+  }
+  return IDC_ARROW;
+}
+
 }  // namespace
+
+TShiftState KeyboardShiftState() {
+  TShiftState shift;
+  if (GetKeyState(VK_SHIFT) < 0) shift.insert(ssShift);
+  if (GetKeyState(VK_CONTROL) < 0) shift.insert(ssCtrl);
+  if (GetKeyState(VK_MENU) < 0) shift.insert(ssAlt);
+  if (GetKeyState(VK_LBUTTON) < 0) shift.insert(ssLeft);
+  if (GetKeyState(VK_RBUTTON) < 0) shift.insert(ssRight);
+  if (GetKeyState(VK_MBUTTON) < 0) shift.insert(ssMiddle);
+  return shift;
+}
+
+TCustomForm* GetParentForm(TControl* control) {
+  for (TControl* c = control; c != nullptr; c = c->Parent())
+    if (TWinControl* w = c->AsWinControl())
+      if (TCustomForm* form = w->AsForm()) return form;
+  return nullptr;
+}
 
 // ---- TComponent -------------------------------------------------------------------------
 
@@ -102,7 +145,9 @@ void TControl::SetAlign(TAlign align) {
 }
 
 void TControl::RequestAlign() {
-  if (parent_ != nullptr && align_ != alNone) parent_->Realign();
+  if (parent_ == nullptr) return;
+  if (align_ != alNone) parent_->Realign();
+  parent_->ControlBoundsChanged(this);
 }
 
 void TControl::SetVisible(bool visible) {
@@ -144,6 +189,47 @@ void TControl::Invalidate() {}
 
 void TControl::Click() {
   if (OnClick) OnClick(this);
+}
+
+void TControl::MouseDown(TMouseButton button, TShiftState shift, int x, int y) {
+  if (OnMouseDown) OnMouseDown(this, button, std::move(shift), x, y);
+}
+
+void TControl::MouseUp(TMouseButton button, TShiftState shift, int x, int y) {
+  if (OnMouseUp) OnMouseUp(this, button, std::move(shift), x, y);
+}
+
+void TControl::MouseMove(TShiftState shift, int x, int y) {
+  if (OnMouseMove) OnMouseMove(this, std::move(shift), x, y);
+}
+
+void TControl::MouseEnter() {
+  if (OnMouseEnter) OnMouseEnter(this);
+}
+
+void TControl::MouseLeave() {
+  if (OnMouseLeave) OnMouseLeave(this);
+}
+
+POINT TControl::ClientToScreen(POINT p) const {
+  auto* self = const_cast<TControl*>(this);
+  if (TWinControl* w = self->AsWinControl(); w != nullptr && w->HandleAllocated()) {
+    ::ClientToScreen(w->Handle(), &p);
+    return p;
+  }
+  if (parent_ == nullptr) return p;
+  return parent_->ClientToScreen({p.x + Left(), p.y + Top()});
+}
+
+POINT TControl::ScreenToClient(POINT p) const {
+  auto* self = const_cast<TControl*>(this);
+  if (TWinControl* w = self->AsWinControl(); w != nullptr && w->HandleAllocated()) {
+    ::ScreenToClient(w->Handle(), &p);
+    return p;
+  }
+  if (parent_ == nullptr) return p;
+  const POINT q = parent_->ScreenToClient(p);
+  return {q.x - Left(), q.y - Top()};
 }
 
 // ---- TGraphicControl --------------------------------------------------------------------
@@ -215,6 +301,7 @@ void TWinControl::CreateWnd() {
   params.width = std::max(0, bounds_.Width());
   params.height = std::max(0, bounds_.Height());
   CreateParamsFor(params);
+  if (parent == nullptr && !(params.style & WS_CHILD)) parent = params.wndParent;
   if ((params.style & WS_CHILD) && parent == nullptr)
     throw std::logic_error("a child control needs a parent window");
   if (!params.systemClass) RegisterWindowClass(params.className, &MainWndProc, params.classStyle);
@@ -295,15 +382,54 @@ LRESULT TWinControl::WndProc(UINT msg, WPARAM wParam, LPARAM lParam) {
       break;
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
-      pressed_ = GraphicControlAt(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
-      break;
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONDBLCLK:
     case WM_LBUTTONUP:
-      // A click is a press and a release on the same windowless child.
-      if (TControl* pressed = std::exchange(pressed_, nullptr);
-          pressed != nullptr &&
-          pressed == GraphicControlAt(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)))
-        pressed->Click();
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+    case WM_MOUSEMOVE:
+      MouseMessage(msg, wParam, lParam);
       break;
+    case WM_MOUSELEAVE:
+      mouseInside_ = false;
+      MouseLeave();
+      return 0;
+    case WM_CAPTURECHANGED:
+      captured_ = nullptr;
+      clicked_ = false;
+      break;
+    case WM_CONTEXTMENU:
+      if (ContextMenu(lParam)) return 0;
+      break;  // DefWindowProc hands it to the parent
+    case WM_SETCURSOR:
+      if (reinterpret_cast<HWND>(wParam) == handle_.get() && LOWORD(lParam) == HTCLIENT &&
+          SetCursorFor(lParam))
+        return TRUE;
+      break;
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+    case WM_KEYUP:
+    case WM_SYSKEYUP: {
+      WORD key = LOWORD(wParam);
+      const TShiftState shift = KeyboardShiftState();
+      const bool down = msg == WM_KEYDOWN || msg == WM_SYSKEYDOWN;
+      TCustomForm* form = GetParentForm(this);
+      if (form != nullptr && form != this && form->KeyPreview)
+        down ? form->KeyDown(key, shift) : form->KeyUp(key, shift);
+      if (key != 0) down ? KeyDown(key, shift) : KeyUp(key, shift);
+      if (key == 0) return 0;
+      break;
+    }
+    case WM_CHAR: {
+      auto key = static_cast<char16_t>(wParam);
+      TCustomForm* form = GetParentForm(this);
+      if (form != nullptr && form != this && form->KeyPreview) form->KeyPress(key);
+      if (key != 0) KeyPress(key);
+      if (key == 0) return 0;
+      break;
+    }
     default: break;
   }
   return DefaultHandler(msg, wParam, lParam);
@@ -436,6 +562,7 @@ void TWinControl::RemoveControl(TControl* control) {
   if (it == controls_.end()) return;
   controls_.erase(it);
   if (pressed_ == control) pressed_ = nullptr;
+  if (captured_ == control) captured_ = nullptr;
   if (Destroying()) return;
   InvalidateArea(control->BoundsRect());
   Realign();
@@ -464,6 +591,112 @@ void TWinControl::PaintHandler() {
     c->Paint(paint.dc());
     RestoreDC(paint.dc(), saved);
   }
+}
+
+void TWinControl::KeyDown(WORD& key, TShiftState shift) {
+  if (OnKeyDown) OnKeyDown(this, key, std::move(shift));
+}
+
+void TWinControl::KeyUp(WORD& key, TShiftState shift) {
+  if (OnKeyUp) OnKeyUp(this, key, std::move(shift));
+}
+
+void TWinControl::KeyPress(char16_t& key) {
+  if (OnKeyPress) OnKeyPress(this, key);
+}
+
+void TWinControl::MouseMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
+  const int x = GET_X_LPARAM(lParam);
+  const int y = GET_Y_LPARAM(lParam);
+  const TShiftState shift = MouseShiftState(wParam);
+  HWND window = handle_.get();
+  // A windowless child under the pointer takes the event in its own coordinates; while it
+  // holds the capture it takes every event until the button goes up.
+  auto target = [&]() -> TControl* {
+    return captured_ != nullptr ? captured_ : GraphicControlAt(x, y);
+  };
+  auto local = [&](TControl* c) -> POINT {
+    return c == nullptr ? POINT{x, y} : POINT{x - c->Left(), y - c->Top()};
+  };
+  switch (msg) {
+    case WM_MOUSEMOVE: {
+      if (!mouseInside_) {
+        mouseInside_ = true;
+        TRACKMOUSEEVENT track{sizeof(track), TME_LEAVE, window, 0};
+        TrackMouseEvent(&track);
+        MouseEnter();
+      }
+      TControl* c = target();
+      const POINT p = local(c);
+      (c != nullptr ? c : this)->MouseMove(shift, p.x, p.y);
+      return;
+    }
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONDBLCLK: {
+      const TMouseButton button = msg == WM_LBUTTONDOWN || msg == WM_LBUTTONDBLCLK ? mbLeft
+                                  : msg == WM_RBUTTONDOWN || msg == WM_RBUTTONDBLCLK
+                                      ? mbRight
+                                      : mbMiddle;
+      TControl* c = GraphicControlAt(x, y);
+      // A system control (a button) keeps the capture to itself.
+      if (systemProc_ == nullptr) SetCapture(window);
+      captured_ = c;
+      if (button == mbLeft) {
+        pressed_ = c;
+        // A system control reports its own clicks (WM_COMMAND).
+        clicked_ = c == nullptr && systemProc_ == nullptr;
+      }
+      const POINT p = local(c);
+      (c != nullptr ? c : this)->MouseDown(button, shift, p.x, p.y);
+      return;
+    }
+    default: break;
+  }
+  // A button went up. A click is a press and a release on the same control.
+  const TMouseButton button = msg == WM_LBUTTONUP ? mbLeft : msg == WM_RBUTTONUP ? mbRight
+                                                                                : mbMiddle;
+  TControl* c = target();
+  const POINT p = local(c);
+  const bool clicked = std::exchange(clicked_, false);
+  TControl* pressed = std::exchange(pressed_, nullptr);
+  if (systemProc_ == nullptr && GetCapture() == window) ReleaseCapture();
+  captured_ = nullptr;
+  if (button == mbLeft) {
+    if (c == nullptr && clicked && Contains(ClientRect(), x, y))
+      Click();
+    else if (pressed != nullptr && pressed == GraphicControlAt(x, y))
+      pressed->Click();
+  }
+  // A windowless child freed by its click has left the list and hears no release.
+  if (c == nullptr || std::find(controls_.begin(), controls_.end(), c) != controls_.end())
+    (c != nullptr ? c : this)->MouseUp(button, shift, p.x, p.y);
+}
+
+bool TWinControl::ContextMenu(LPARAM lParam) {
+  POINT screen{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+  if (screen.x == -1 && screen.y == -1) GetCursorPos(&screen);  // the menu key
+  const POINT p = ScreenToClient(screen);
+  TControl* c = GraphicControlAt(p.x, p.y);
+  TControl* owner = c != nullptr && c->PopupMenu != nullptr ? c : this;
+  if (owner->PopupMenu == nullptr) return false;
+  owner->PopupMenu->PopupComponent = owner;
+  owner->PopupMenu->Popup(screen.x, screen.y);
+  return true;
+}
+
+bool TWinControl::SetCursorFor(LPARAM /*lParam*/) {
+  POINT screen;
+  GetCursorPos(&screen);
+  const POINT p = ScreenToClient(screen);
+  const TControl* c = captured_ != nullptr ? captured_ : GraphicControlAt(p.x, p.y);
+  const TCursor cursor = c != nullptr && c->Cursor != crDefault ? c->Cursor : Cursor;
+  if (cursor == crDefault) return false;
+  SetCursor(LoadCursorW(nullptr, CursorResource(cursor)));
+  return true;
 }
 
 TControl* TWinControl::GraphicControlAt(int x, int y) const {

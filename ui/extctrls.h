@@ -1,6 +1,7 @@
 // Panels, images and timers. Windows build only.
 #pragma once
 
+#include "ui/canvas.h"
 #include "ui/controls.h"
 
 namespace ui {
@@ -9,14 +10,17 @@ enum class TBevelCut { bvNone, bvLowered, bvRaised, bvSpace };
 using enum TBevelCut;
 
 // A plain container that paints its Color (or, with ParentBackground, its parent's
-// background), an outer bevel and its caption centred. The bevel takes its width off
-// the area the aligned children share.
+// background), an outer and an inner bevel with BorderWidth between them, and its
+// caption centred on one line, with "&x" underlining x. Bevels and border take their
+// width off the area the aligned children share.
 class TPanel : public TWinControl {
  public:
   explicit TPanel(TComponent* owner);  // 185x41, raised, clBtnFace, own colour
 
   TBevelCut BevelOuter = bvRaised;
+  TBevelCut BevelInner = bvNone;
   int BevelWidth = 1;
+  int BorderWidth = 0;
   bool ShowCaption = true;
 
  protected:
@@ -25,14 +29,36 @@ class TPanel : public TWinControl {
   void PaintWindow(HDC dc) override;
 };
 
-// Shows a picture, at its own size from the top left corner or, with Stretch, scaled to
-// the control. Drawn by its parent; it has no window.
+// Shows a picture: at its own size, or with Stretch scaled to the control; Proportional
+// keeps the aspect ratio (and only shrinks unless Stretch); Center centres it, else it
+// sits in the top left corner. A picture with alpha is blended over what lies behind;
+// Transparent is kept for the code that states it. Drawn by its parent; no window.
 class TImage : public TGraphicControl {
  public:
   explicit TImage(TComponent* owner);  // 105x105
 
   TPicture Picture;  // a change repaints the image
   bool Stretch = false;
+  bool Proportional = false;
+  bool Center = false;
+  bool Transparent = false;
+
+ protected:
+  void Paint(HDC dc) override;
+};
+
+enum class TShapeType { stRectangle, stSquare, stRoundRect, stRoundSquare, stEllipse, stCircle };
+using enum TShapeType;
+
+// A figure drawn with Pen and Brush in the control's bounds; a wide pen draws inside
+// them. After changing Pen or Brush of a visible shape, call Invalidate().
+class TShape : public TGraphicControl {
+ public:
+  explicit TShape(TComponent* owner);  // 65x65 rectangle, black pen, white brush
+
+  TShapeType Shape = stRectangle;
+  TPen Pen;
+  TBrush Brush;
 
  protected:
   void Paint(HDC dc) override;

@@ -1,4 +1,5 @@
 // Panels, images and timers (ui/extctrls.h).
+#include <algorithm>
 #include <stdexcept>
 
 #include "ui/extctrls.h"
@@ -22,23 +23,33 @@ void TPanel::CreateParamsFor(CreateParams& params) {
 }
 
 void TPanel::AdjustClientRect(TRect& rect) const {
-  if (BevelOuter == bvNone) return;
-  rect.Left += BevelWidth;
-  rect.Top += BevelWidth;
-  rect.Right -= BevelWidth;
-  rect.Bottom -= BevelWidth;
+  int inset = BorderWidth;
+  if (BevelOuter != bvNone) inset += BevelWidth;
+  if (BevelInner != bvNone) inset += BevelWidth;
+  rect.Left += inset;
+  rect.Top += inset;
+  rect.Right -= inset;
+  rect.Bottom -= inset;
 }
 
 void TPanel::PaintWindow(HDC dc) {
   const TRect client = ClientRect();
   RECT r{client.Left, client.Top, client.Right, client.Bottom};
-  if (BevelOuter == bvLowered || BevelOuter == bvRaised) {
-    const UINT edge = BevelOuter == bvRaised ? BDR_RAISEDINNER : BDR_SUNKENOUTER;
+  auto bevel = [&](TBevelCut cut) {
+    if (cut == bvNone) return;
+    if (cut == bvSpace) {
+      InflateRect(&r, -BevelWidth, -BevelWidth);
+      return;
+    }
+    const UINT edge = cut == bvRaised ? BDR_RAISEDINNER : BDR_SUNKENOUTER;
     for (int i = 0; i < BevelWidth; ++i) {
       DrawEdge(dc, &r, edge, BF_RECT);
       InflateRect(&r, -1, -1);
     }
-  }
+  };
+  bevel(BevelOuter);
+  InflateRect(&r, -BorderWidth, -BorderWidth);
+  bevel(BevelInner);
   if (!ShowCaption || caption_.empty()) return;
   const rtl::select_object font(dc, FontHandle());
   SetBkMode(dc, TRANSPARENT);
@@ -46,7 +57,7 @@ void TPanel::PaintWindow(HDC dc) {
                static_cast<COLORREF>(ColorToRGB(Enabled() ? ResolvedFont().Color : clGrayText)));
   DrawTextW(dc, reinterpret_cast<const wchar_t*>(caption_.c_str()),
             static_cast<int>(caption_.size()), &r,
-            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_EXPANDTABS);
 }
 
 // ---- TImage -----------------------------------------------------------------------------
@@ -59,9 +70,56 @@ TImage::TImage(TComponent* owner) : TGraphicControl(owner) {
 void TImage::Paint(HDC dc) {
   const TGraphic* graphic = Picture.Graphic();
   if (graphic == nullptr) return;
-  const TRect dest =
-      Stretch ? TRect{0, 0, Width(), Height()} : TRect{0, 0, graphic->Width(), graphic->Height()};
-  graphic->Draw(dc, dest);
+  int w = graphic->Width();
+  int h = graphic->Height();
+  if (Proportional && (Stretch || w > Width() || h > Height())) {
+    // The largest size of the picture's shape that fits.
+    if (static_cast<long long>(Width()) * h <= static_cast<long long>(Height()) * w) {
+      h = static_cast<int>(static_cast<long long>(h) * Width() / w);
+      w = Width();
+    } else {
+      w = static_cast<int>(static_cast<long long>(w) * Height() / h);
+      h = Height();
+    }
+  } else if (Stretch) {
+    w = Width();
+    h = Height();
+  }
+  const int left = Center ? (Width() - w) / 2 : 0;
+  const int top = Center ? (Height() - h) / 2 : 0;
+  graphic->Draw(dc, TRect{left, top, left + w, top + h});
+}
+
+// ---- TShape -----------------------------------------------------------------------------
+
+TShape::TShape(TComponent* owner) : TGraphicControl(owner) { bounds_ = {0, 0, 65, 65}; }
+
+void TShape::Paint(HDC dc) {
+  // The pen's line runs in the middle of its width, so the figure is inset by half of it.
+  const int x = Pen.Width / 2;
+  int w = Width() - Pen.Width + 1;
+  int h = Height() - Pen.Width + 1;
+  if (Pen.Width == 0) {
+    --w;
+    --h;
+  }
+  if (Shape == stSquare || Shape == stRoundSquare || Shape == stCircle) w = h = std::min(w, h);
+  const rtl::unique_hpen pen = CreatePenHandle(Pen);
+  const rtl::unique_hbrush brush = CreateBrushHandle(Brush);
+  const rtl::select_object selectedPen(dc, pen.get());
+  const rtl::select_object selectedBrush(dc, brush.get());
+  switch (Shape) {
+    case stRectangle:
+    case stSquare: Rectangle(dc, x, x, x + w, x + h); break;
+    case stRoundRect:
+    case stRoundSquare: {
+      const int corner = std::min(w, h) / 4;
+      RoundRect(dc, x, x, x + w, x + h, corner, corner);
+      break;
+    }
+    case stEllipse:
+    case stCircle: Ellipse(dc, x, x, x + w, x + h); break;
+  }
 }
 
 // ---- TTimer -----------------------------------------------------------------------------

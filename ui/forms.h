@@ -3,7 +3,10 @@
 #pragma once
 
 #include <functional>
+#include <stdexcept>
+#include <vector>
 
+#include "ui/canvas.h"
 #include "ui/controls.h"
 
 namespace ui {
@@ -41,6 +44,21 @@ enum class TCloseAction { caNone, caHide, caFree, caMinimize };
 using enum TCloseAction;
 using TCloseEvent = std::function<void(TObject* sender, TCloseAction& action)>;
 
+enum class TFormStyle { fsNormal, fsStayOnTop };
+using enum TFormStyle;
+
+// A modal result: the value a modal form closes with. 0 keeps it open.
+using TModalResult = int;
+constexpr TModalResult mrNone = 0;
+constexpr TModalResult mrOk = IDOK;
+constexpr TModalResult mrCancel = IDCANCEL;
+
+// Raised for a request the object cannot fulfil in its state.
+class EInvalidOperation : public std::logic_error {
+ public:
+  using std::logic_error::logic_error;
+};
+
 // A top-level window. Left/Top/Width/Height are its outer bounds on the screen; the
 // children live in its client area. It is made hidden and appears with Show(); Position
 // and BorderStyle apply when the window is made.
@@ -62,10 +80,25 @@ class TCustomForm : public TWinControl {
   // event handlers.
   void Release();
 
+  // Shows the form and handles messages until ModalResult is set (or the application is
+  // terminated: mrCancel), with every other window of the thread disabled; then hides the
+  // form, enables the windows again and returns ModalResult.
+  TModalResult ShowModal();
+  TModalResult ModalResult = mrNone;
+
+  // The canvas of the form, measuring in the form's font.
+  TCanvas& Canvas();
+
   TPosition Position = poDefaultPosOnly;
   TFormBorderStyle BorderStyle = bsSizeable;
+  TFormStyle FormStyle = fsNormal;
+  // The form hears the keys of its controls before they do.
+  bool KeyPreview = false;
   TCloseEvent OnClose;
+  // Before the form's window appears.
+  TNotifyEvent OnShow;
 
+  TCustomForm* AsForm() override { return this; }
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
  protected:
@@ -74,11 +107,48 @@ class TCustomForm : public TWinControl {
  private:
   DWORD Style() const;
   DWORD ExStyle() const;
+
+  TCanvas canvas_;
+  bool modal_ = false;
 };
 
 class TForm : public TCustomForm {
  public:
   using TCustomForm::TCustomForm;
+};
+
+// A control whose children may reach beyond its client area: scroll bars appear for the
+// extent of the children that are not aligned (with their bottom and right margins) and
+// scroll them. Aligned children fill the client area as elsewhere.
+class TScrollBox : public TWinControl {
+ public:
+  explicit TScrollBox(TComponent* owner);  // 185x41, single border
+
+  TFormBorderStyle BorderStyle = bsSingle;  // bsNone or bsSingle
+  // How far the children are scrolled, and the extent scrolled over.
+  int VertScrollPos() const { return pos_[1]; }
+  int HorzScrollPos() const { return pos_[0]; }
+  int VertRange() const { return range_[1]; }
+  int HorzRange() const { return range_[0]; }
+  void SetVertScrollPos(int pos) { ScrollTo(1, pos); }
+  void SetHorzScrollPos(int pos) { ScrollTo(0, pos); }
+
+  void Realign() override;
+  LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
+
+ protected:
+  void CreateParamsFor(CreateParams& params) override;
+  void ControlBoundsChanged(TControl* control) override;
+
+ private:
+  // Axis 0 horizontal, 1 vertical.
+  void ScrollTo(int axis, int pos);
+  void UpdateScrollBars();
+  void ScrollMessage(int axis, WORD code);
+
+  int pos_[2] = {0, 0};
+  int range_[2] = {0, 0};
+  bool updating_ = false;
 };
 
 }  // namespace ui

@@ -1,5 +1,6 @@
 // Colours, fonts and pictures: the framework's TColor encoding, a font description that
-// controls resolve to a GDI font, and the bitmaps an image control shows. Windows build.
+// controls resolve to a GDI font, and the bitmaps, opaque or with alpha, that image controls
+// and image lists show. Windows build.
 #pragma once
 
 #include <windows.h>
@@ -8,6 +9,7 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "rtl/classes.h"
 #include "rtl/handles.h"
@@ -58,11 +60,16 @@ enum class TFontStyle { fsBold, fsItalic, fsUnderline, fsStrikeOut };
 using enum TFontStyle;
 using TFontStyles = std::set<TFontStyle>;
 
+enum class TFontPitch { fpDefault, fpVariable, fpFixed };
+using enum TFontPitch;
+
 struct TFont {
   std::u16string Name = u"Segoe UI";
   int Height = -12;  // negative: character height in pixels, as the framework stores it
   TColor Color = clWindowText;
   TFontStyles Style;
+  // fpFixed asks for a fixed-pitch face when Name is not installed.
+  TFontPitch Pitch = fpDefault;
   bool operator==(const TFont&) const = default;
 };
 
@@ -79,31 +86,63 @@ class TGraphic : public TObject {
   virtual void Draw(HDC dc, const TRect& dest) const = 0;
 };
 
+// How Draw reads the fourth byte of a 32-bit bitmap, as the framework names it: not at
+// all (the bitmap is opaque), as straight alpha, or as alpha that the colours are already
+// multiplied by. Bitmaps of other depths are always opaque.
+enum class TAlphaFormat { afIgnored, afDefined, afPremultiplied };
+using enum TAlphaFormat;
+
 // A device-independent bitmap owned by the object.
 class TBitmap : public TGraphic {
  public:
   TBitmap() = default;
   int Width() const override { return width_; }
   int Height() const override { return height_; }
+  // A 32-bit bitmap whose AlphaFormat is not afIgnored is alpha-blended over what `dc`
+  // holds, scaled when `dest` is not the bitmap's size; any other is copied opaque.
   void Draw(HDC dc, const TRect& dest) const override;
 
   HBITMAP Handle() const { return bitmap_.get(); }
-  // Takes `bitmap` over; the previous one is deleted.
-  void SetHandle(rtl::unique_hbitmap bitmap);
-  // A copy of `bitmap` as a DIB section; the caller keeps the original.
+  // Takes `bitmap` over, its fourth byte read as `alphaFormat`; the previous one is deleted.
+  void SetHandle(rtl::unique_hbitmap bitmap, TAlphaFormat alphaFormat = afIgnored);
+  // A copy of `bitmap` as a DIB section, opaque; the caller keeps the original.
   void LoadFromHandle(HBITMAP bitmap);
-  // A bitmap resource of `module` by name or MAKEINTRESOURCE id; false when it is missing.
+  // A bitmap resource of `module` by name or MAKEINTRESOURCE id, opaque; false when it is
+  // missing.
   bool LoadFromResourceName(HINSTANCE module, const wchar_t* name);
+  // A copy of `source`'s pixels (as a DIB section of the same depth) and its AlphaFormat.
+  void Assign(const TBitmap& source);
+
+  TAlphaFormat AlphaFormat() const { return alphaFormat_; }
+  // Says how the pixels already there are read; they are not converted.
+  void SetAlphaFormat(TAlphaFormat alphaFormat) { alphaFormat_ = alphaFormat; }
 
  private:
   rtl::unique_hbitmap bitmap_;
-  int width_ = 0, height_ = 0;
+  int width_ = 0, height_ = 0, bitsPerPixel_ = 0;
+  TAlphaFormat alphaFormat_ = afIgnored;
 };
 
 // A top-down 24-bit DIB section of the given size, each pixel from `pixel(x, y)` (a
 // plain TColor; system colours are resolved).
 rtl::unique_hbitmap CreateDib24(int width, int height,
                                 const std::function<TColor(int x, int y)>& pixel);
+
+// A pixel with straight (not premultiplied) alpha as 0xAARRGGBB, the byte order of a
+// 32-bit DIB; alpha 0 is fully transparent.
+using TArgb = std::uint32_t;
+// `color` (plain or system) with the given opacity.
+//   Argb(clRed, 255) == 0xFFFF0000,  Argb(clBlue, 128) == 0x800000FF
+TArgb Argb(TColor color, std::uint8_t alpha);
+
+// A top-down 32-bit DIB section of the given size, each pixel from `pixel(x, y)` in
+// straight alpha, stored premultiplied: hand it to a TBitmap as afPremultiplied.
+rtl::unique_hbitmap CreateDib32(int width, int height,
+                                const std::function<TArgb(int x, int y)>& pixel);
+
+// The pixels of `bitmap`, any depth, row by row from the top as 32-bit 0xAARRGGBB values;
+// the fourth byte as stored in a 32-bit bitmap, 0 from any other. Empty on failure.
+std::vector<std::uint32_t> ReadPixels32(HBITMAP bitmap);
 
 // The picture of an image control: a bitmap, and a notification when it changes.
 class TPicture : public TObject {
@@ -112,8 +151,9 @@ class TPicture : public TObject {
   const TGraphic* Graphic() const { return bitmap_.Empty() ? nullptr : &bitmap_; }
   int Width() const { return bitmap_.Width(); }
   int Height() const { return bitmap_.Height(); }
-  // As TBitmap::SetHandle, LoadFromHandle and LoadFromResourceName, then OnChange.
-  void Assign(rtl::unique_hbitmap bitmap);
+  // As TBitmap::SetHandle, Assign, LoadFromHandle and LoadFromResourceName, then OnChange.
+  void Assign(rtl::unique_hbitmap bitmap, TAlphaFormat alphaFormat = afIgnored);
+  void Assign(const TBitmap& bitmap);
   void LoadFromHandle(HBITMAP bitmap);
   bool LoadFromResourceName(HINSTANCE module, const wchar_t* name);
 
