@@ -6,6 +6,7 @@
 
 #include <iterator>
 
+#include "data/NOXEData.h"
 #include "dialog/QMMessageDlgVCL.h"
 #include "host/WNOXView.h"
 #include "package/WNOXConstants.h"
@@ -33,6 +34,7 @@ void FinalizeUnit() { Counter.Stop(); }
 constexpr TPackageUnitEntry kStartOrder[] = {
     {L"QMMessageDlgVCL", &QMMessageDlgVCL::Initialize, &QMMessageDlgVCL::Finalize},
     {L"Qm_tools", &Qm_tools::Initialize, &Qm_tools::Finalize},
+    {L"NOXEData", &NOXEData::Initialize, &NOXEData::Finalize},
     {L"DVersion", &DVersion::Initialize, &DVersion::Finalize},
     {L"WNOXView", &WNOXView::Initialize, &WNOXView::Finalize},
     {L"WNOXConstants", &WNOXConstants::Initialize, &WNOXConstants::Finalize},
@@ -45,7 +47,7 @@ constexpr const wchar_t* kRequires[] = {L"designide370", L"vcl370", L"rtl370"};
 // The package's own list order, as the IDE shows the contained units.
 constexpr TPackageUnitEntry kUnits[] = {
     {L"WNOXD13_64", &InitializeUnit, &FinalizeUnit},
-    {L"NOXEData", nullptr, nullptr},
+    {L"NOXEData", &NOXEData::Initialize, &NOXEData::Finalize},
     {L"Qm_tools", &Qm_tools::Initialize, &Qm_tools::Finalize},
     {L"QMMessageDlgVCL", &QMMessageDlgVCL::Initialize, &QMMessageDlgVCL::Finalize},
     {L"SysInit", nullptr, nullptr},

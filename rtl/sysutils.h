@@ -1,13 +1,16 @@
-// The framework's base exception: a message in UTF-16 that what() gives as UTF-8.
+// The framework's base exceptions and its file-name helpers. File names are Windows file
+// names in both builds: '\' separates folders, ':' ends a drive.
 #pragma once
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "rtl/ustring.h"
 
 namespace rtl {
 
+// A message in UTF-16 that what() gives as UTF-8.
 class Exception : public std::runtime_error {
  public:
   explicit Exception(const std::u16string& message)
@@ -17,5 +20,24 @@ class Exception : public std::runtime_error {
  private:
   std::u16string message_;
 };
+
+// A text that is not the number it should be.
+class EConvertError : public Exception {
+ public:
+  using Exception::Exception;
+};
+
+// A decimal integer with optional sign and surrounding blanks; EConvertError
+// ("'x' is not a valid integer value") on anything else or on overflow.
+int StrToInt(std::u16string_view s);
+
+// The name after the last '\' or ':'.
+std::u16string ExtractFileName(std::u16string_view fileName);
+// Everything up to and including the last '\' or ':'.
+std::u16string ExtractFilePath(std::u16string_view fileName);
+// The extension with its dot, from the last '.' after the last '\' or ':'; "" when none.
+std::u16string ExtractFileExt(std::u16string_view fileName);
+// fileName with its extension (see ExtractFileExt) replaced by `ext` (given with its dot).
+std::u16string ChangeFileExt(std::u16string_view fileName, std::u16string_view ext);
 
 }  // namespace rtl

@@ -1,6 +1,7 @@
 // The application object of this module (ui/application.h).
 #include "ui/application.h"
 #include "ui/forms.h"
+#include "ui/screen.h"
 #include "ui/winclass.h"
 
 namespace ui {
@@ -10,6 +11,12 @@ TApplication TheApplication;
 }  // namespace
 
 TApplication* const Application = &TheApplication;
+
+namespace {
+TScreen TheScreen;
+}  // namespace
+
+TScreen* const Screen = &TheScreen;
 
 TApplication::TApplication() : TComponent(nullptr) {
   // Its window lives until the module's statics go; the classes must outlast it.

@@ -1,0 +1,153 @@
+// Path rules of the tool library that need no system: trailing backslashes, parents, the
+// portable mapping, numbered names, sanitising, short-name expansion and the start-up
+// rules for INI file, data folder and locale formats.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "rtl/sysutils.h"
+#include "tools/paths.h"
+#include "tools/qm_globals.h"
+
+namespace {
+
+using namespace Qm_tools;
+
+TEST(PathsSlashes, TrailingBackslashesAndParents) {
+  EXPECT_EQ(chkPath(u"C:\\a"), u"C:\\a\\");
+  EXPECT_EQ(chkPath(u"C:\\a\\"), u"C:\\a\\");
+  EXPECT_EQ(chkPath(u""), u"");
+  EXPECT_EQ(RemoveSlash(u"C:\\a\\"), u"C:\\a");
+  EXPECT_EQ(RemoveSlash(u"C:\\a\\\\"), u"C:\\a\\") << "one backslash only";
+  EXPECT_EQ(RemoveSlash(u""), u"");
+  EXPECT_EQ(prevDir(u"C:\\a\\b\\"), u"C:\\a");
+  EXPECT_EQ(prevDir(u"C:\\a\\b"), u"C:\\a");
+  EXPECT_EQ(prevDir(u"C:\\a"), u"C:");
+  EXPECT_EQ(prevDir(u"C:\\"), u"") << "the only backslash is the last character";
+  EXPECT_EQ(prevDir(u""), u"");
+  EXPECT_EQ(prevDir(u"abc"), u"abc");
+  // Only the first 255 characters count.
+  const std::u16string deep = u"C:\\" + std::u16string(260, u'x') + u"\\y";
+  EXPECT_EQ(prevDir(deep), u"C:");
+}
+
+TEST(PathsSanitising, FileAndFolderNames) {
+  EXPECT_EQ(qm_GetValidFilename(u"a'b\"c*d/e:f<g>h?i\\j|k\x01l\x1Fm"),
+            u"a_b\"c_d_e_f_g_h_i_j_k_l_m");
+  EXPECT_EQ(qm_GetValidFilename(u"Bericht (ÄÖÜ).txt"), u"Bericht (ÄÖÜ).txt");
+  EXPECT_EQ(qm_GetValidDirName(u"C:\\a:b\\\"c*?|<>/\x02"), u"C:\\a_b\\_c_______");
+  EXPECT_EQ(qm_GetValidDirName(u"\\\\server\\share\\\\x"), u"\\\\server\\share\\_x");
+  EXPECT_EQ(qm_GetValidDirName(u"C:\\a'b"), u"C:\\a'b");
+  EXPECT_EQ(GetValidDataDir(u"C:\\Program Files\\X", u"alt"), u"alt");
+  EXPECT_EQ(GetValidDataDir(u"c:\\PROGRAMME\\X", u"alt"), u"alt");
+  EXPECT_EQ(GetValidDataDir(u"D:\\Program Files\\X", u"alt"), u"D:\\Program Files\\X");
+}
+
+TEST(PathsPortable, StoredPathsMoveToTheProgramsDriveWhenUnreachable) {
+  std::set<std::u16string> files{u"C:\\x\\y.txt"};
+  std::set<std::u16string> dirs{u"C:\\x\\", u"C:\\x"};
+  auto file = [&](const std::u16string& p) { return files.contains(p); };
+  auto dir = [&](const std::u16string& p) { return dirs.contains(p); };
+  auto map = [&](std::u16string_view arg, TPortableMapping m) {
+    return MapPortable(arg, u"F:\\Tools\\", m, file, dir);
+  };
+  using enum TPortableMapping;
+  EXPECT_EQ(map(u"C:\\x\\y.txt", File), u"C:\\x\\y.txt") << "reachable: kept";
+  EXPECT_EQ(map(u"C:\\x\\z.txt", File), u"F:\\x\\z.txt");
+  EXPECT_EQ(map(u"C:\\x\\y.txt", StrictFile), u"F:\\x\\y.txt");
+  EXPECT_EQ(map(u"C:\\x", Path), u"C:\\x");
+  EXPECT_EQ(map(u"C:\\q", Path), u"F:\\q");
+  EXPECT_EQ(map(u"C:\\x", StrictPath), u"F:\\x");
+  EXPECT_EQ(map(u"\\\\server\\share\\x", File), u"F:\\usbnet=server\\share\\x");
+  EXPECT_EQ(map(u"\\\\server\\share", StrictPath), u"F:\\usbnet=server\\share");
+  for (TPortableMapping m : {File, StrictFile, Path}) EXPECT_EQ(map(u"", m), u"");
+  EXPECT_EQ(map(u"", StrictPath), u"F:") << "the bare drive";
+  EXPECT_EQ(map(u"C:\\" + std::u16string(3000, u'a'), StrictFile).size(), 2u + 2000u);
+}
+
+TEST(PathsUniqueNames, NumberedSeriesSkipTakenNames) {
+  std::set<std::u16string> taken;
+  auto exists = [&](const std::u16string& p) { return taken.contains(p); };
+  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"1", exists), u"C:\\d\\Bericht1.txt");
+  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht7.txt", u"1", exists), u"C:\\d\\Bericht1.txt")
+      << "trailing digits belong to the number";
+  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"", exists), u"C:\\d\\Bericht.txt");
+  taken = {u"C:\\d\\Bericht.txt", u"C:\\d\\Bericht1.txt", u"C:\\d\\Bericht2.txt"};
+  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"", exists), u"C:\\d\\Bericht3.txt");
+  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"2", exists), u"C:\\d\\Bericht3.txt");
+  EXPECT_EQ(NotExistingFilename(u"C:\\v1.2\\log", u"5", exists), u"C:\\v1.2\\log5")
+      << "a dot in a folder is no extension";
+  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"x", exists), u"C:\\d\\Berichtx.txt");
+  taken.insert(u"C:\\d\\Berichtx.txt");
+  EXPECT_THROW(NotExistingFilename(u"C:\\d\\Bericht.txt", u"x", exists), rtl::EConvertError)
+      << "the number is read once the first candidate is taken";
+  taken = {u"C:\\d\\Neu", u"C:\\d\\Neu1"};
+  EXPECT_EQ(NotExistingDirName(u"C:\\d\\Neu", exists), u"C:\\d\\Neu2");
+  EXPECT_EQ(NotExistingDirName(u"C:\\d\\Alt", exists), u"C:\\d\\Alt");
+}
+
+TEST(PathsExpansion, ShortComponentsTakeTheirDisplayNames) {
+  std::u16string asked;
+  auto shell = [&](const std::u16string& partial) -> std::u16string {
+    asked += partial + u"|";
+    if (partial == u"C:\\PROGRA~1") return u"Program Files";
+    if (partial == u"C:\\PROGRA~1\\NOXDES~1") return u"Noxdesk Tools";
+    return u"";
+  };
+  EXPECT_EQ(ExpandedFilename(u"C:\\PROGRA~1\\NOXDES~1\\a.txt", shell),
+            u"C:\\Program Files\\Noxdesk Tools\\a.txt");
+  EXPECT_EQ(asked, u"C:\\PROGRA~1|C:\\PROGRA~1\\NOXDES~1|C:\\PROGRA~1\\NOXDES~1\\a.txt|")
+      << "every partial path after the first '~' is asked";
+  EXPECT_EQ(ExpandedFilename(u"C:\\GONE~1\\x", shell), u"C:\\GONE~1\\x");
+  EXPECT_EQ(ExpandedFilename(u"C:\\plain\\x\\", shell), u"C:\\plain\\x");
+  asked.clear();
+  EXPECT_EQ(ExpandedFilename(u"\\\\srv\\PROGRA~1", shell), u"\\\\srv\\PROGRA~1");
+  EXPECT_EQ(asked, u"");
+}
+
+TEST(PathsStartup, IniFileAndDataFolderByDiskMode) {
+  const TStartupPaths fixed = StartupPaths(u"C:\\Program Files\\IDE\\bin\\bds.exe",
+                                           u"C:\\Program Files\\IDE\\bin\\",
+                                           u"C:\\Users\\u\\AppData\\Roaming", u"Fixed");
+  EXPECT_EQ(fixed.AppIniName, u"C:\\Users\\u\\AppData\\Roaming\\quillmark\\bds.INI");
+  EXPECT_EQ(fixed.ProgDataPath, u"C:\\Users\\u\\AppData\\Roaming\\quillmark\\");
+  EXPECT_EQ(fixed.FolderToCreate, fixed.ProgDataPath);
+  EXPECT_EQ(fixed.SysAppIniName, u"C:\\Users\\u\\AppData\\Roaming\\bds.INI");
+  const TStartupPaths mobile =
+      StartupPaths(u"E:\\Nox\\NOXPlugIn.exe", u"E:\\Nox\\", u"C:\\Roaming\\", u"Mobile");
+  EXPECT_EQ(mobile.AppIniName, u"E:\\Nox\\NOXPlugIn.INI");
+  EXPECT_EQ(mobile.ProgDataPath, u"E:\\Nox\\");
+  EXPECT_EQ(mobile.FolderToCreate, u"");
+  EXPECT_EQ(StartupPaths(u"E:\\n\\p.exe", u"E:\\n\\", u"C:\\R", u"mobile").AppIniName,
+            u"C:\\R\\quillmark\\p.INI")
+      << "the mode is compared exactly";
+  EXPECT_EQ(DiskModeForDriveType(2), u"Mobile");
+  for (unsigned type : {0u, 1u, 3u, 4u, 5u, 6u}) EXPECT_EQ(DiskModeForDriveType(type), u"Fixed");
+}
+
+TEST(PathsStartup, LocaleFormatsTakeTheLibrarysSeparatorsAndGermanMonths) {
+  rtl::TFormatSettings processWide, fms, org;
+  processWide.DecimalSeparator = u',';
+  fms.LongMonthNames[2] = u"März";
+  fms.ShortMonthNames[2] = u"Mrz";
+  fms.ShortDateFormat = u"dd.MM.yyyy";
+  org.ShortDateFormat = u"M/D/YYYY";
+  EXPECT_TRUE(AdjustStartupFormats(processWide, fms, org));
+  EXPECT_EQ(org.ShortDateFormat, u"M/d/yyyy");
+  EXPECT_EQ(processWide.DateSeparator, u'.');
+  EXPECT_EQ(processWide.ThousandSeparator, u'.');
+  EXPECT_EQ(processWide.DecimalSeparator, u',') << "left as the locale has it";
+  EXPECT_EQ(processWide.LongMonthNames[2], u"März");
+  EXPECT_EQ(processWide.ShortMonthNames[2], u"Mrz");
+  EXPECT_EQ(fms.ShortDateFormat, u"dd.mm.yyyy");
+  EXPECT_EQ(fms.ShortTimeFormat, u"hh:mm");
+  org.ShortDateFormat = u"dd.MM.yyyy";
+  EXPECT_FALSE(AdjustStartupFormats(processWide, fms, org));
+  EXPECT_EQ(org.ShortDateFormat, u"dd.MM.yyyy");
+  org.ShortDateFormat = u"MM/dd/yy";
+  EXPECT_TRUE(AdjustStartupFormats(processWide, fms, org));
+  EXPECT_EQ(org.ShortDateFormat, u"MM/dd/yy");
+}
+
+}  // namespace

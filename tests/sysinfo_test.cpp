@@ -1,0 +1,170 @@
+// The system-information rules (tools/sysinfo.h, rtl/osversion.h): every version the names
+// and version texts know, the Windows 11 rule with its two deciding builds, and the
+// stopwatch's text.
+#include "tools/sysinfo.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace Qm_tools;
+using rtl::TArchitecture;
+using rtl::TOSVersion;
+using std::u16string;
+
+namespace {
+
+const TOSVersion kWin10 = TOSVersion::Of(10, 0, 19045, TArchitecture::arIntelX64);
+const TOSVersion kWin11 = TOSVersion::Of(10, 0, 22631, TArchitecture::arIntelX64);
+
+TVersionQuery Query(std::uint32_t platform, std::uint32_t major, std::uint32_t minor,
+                    std::uint32_t build = 0, u16string servicePack = u"") {
+  return {major, minor, build, platform, servicePack};
+}
+
+TEST(SysInfoRuntimeRecord, NamesEachVersionAndDescribesItInOneLine) {
+  const char16_t* names[] = {u"Windows 2000",  u"Windows XP", u"Windows Server 2003",
+                             u"Windows Vista", u"Windows 7",  u"Windows 8",
+                             u"Windows 8.1",   u"Windows 10", u"Windows"};
+  const int versions[][2] = {{5, 0}, {5, 1}, {5, 2}, {6, 0}, {6, 1},
+                             {6, 2}, {6, 3}, {10, 0}, {6, 4}};
+  for (int i = 0; i < 9; ++i)
+    EXPECT_EQ(rtl::OSVersionName(versions[i][0], versions[i][1]), names[i]) << i;
+  EXPECT_EQ(kWin11.Name, u"Windows 10") << "the framework knows no Windows 11";
+  EXPECT_EQ(kWin10.ToString(), u"Windows 10 (Version 10.0, Build 19045, 64-bit Edition)");
+  EXPECT_EQ(TOSVersion::Of(6, 1, 7601, rtl::ArchitectureOf(0)).ToString(),
+            u"Windows 7 (Version 6.1, Build 7601, 32-bit Edition)");
+  EXPECT_EQ(TOSVersion::Of(10, 0, 1, rtl::ArchitectureOf(12)).ToString(),
+            u"Windows 10 (Version 10.0, Build 1, ARM 64-bit Edition)");
+}
+
+TEST(SysInfoOSName, EveryVersionOfBothLinesInBothSpellings) {
+  struct Case {
+    TVersionQuery query;
+    const char16_t* name;
+    const char16_t* nameEx;
+  } cases[] = {
+      {Query(1, 4, 0), u"Windows 95", u"Windows 95"},
+      {Query(1, 4, 10, 2222, u" A "), u"Windows 98SE", u"Windows 98SE"},
+      {Query(1, 4, 10, 1998, u"A"), u"Windows 98", u"Windows 98"},
+      {Query(1, 4, 10, 1998, u" B"), u"Windows 98", u"Windows 98"},
+      {Query(1, 4, 90), u"Windows ME", u"Windows ME"},
+      {Query(1, 4, 3), u"Unknown", u"Unknown"},
+      {Query(2, 4, 0), u"Windows NT", u"Windows NT"},
+      {Query(2, 5, 0), u"Windows 2000", u"Windows 2000"},
+      {Query(2, 5, 1), u"Windows XP", u"Windows XP"},
+      {Query(2, 5, 2), u"Windows XP", u"Windows XP"},
+      {Query(2, 6, 0), u"Windows Vista", u"Windows Vista"},
+      {Query(2, 6, 1), u"Windows Seven", u"Windows 7"},
+      {Query(2, 6, 2), u"Windows Eight", u"Windows 8"},
+      {Query(2, 6, 3), u"Windows Eight", u"Windows 8.1"},
+      {Query(2, 10, 0, 19045), u"Windows Ten", u"Windows 10"},
+      {Query(2, 6, 4), u"Unknown", u"Unknown:6.4"},
+      {Query(3, 10, 0), u"Unknown", u"Unknown"},
+  };
+  for (const Case& c : cases) {
+    const TVersionQuery& q = c.query;
+    SCOPED_TRACE(testing::Message() << "platform " << q.PlatformId << ", " << q.MajorVersion
+                                    << "." << q.MinorVersion);
+    EXPECT_EQ(OSNameOf(q, true, kWin10), c.name);
+    EXPECT_EQ(OSNameExOf(q, true, kWin10, false, false), c.nameEx);
+    // Only the NT line's 10.0 answers to the run-time record's build.
+    if (q.PlatformId != 2 || q.MajorVersion != 10) {
+      EXPECT_EQ(OSNameOf(q, true, kWin11), c.name);
+      EXPECT_EQ(OSNameExOf(q, true, kWin11, false, false), c.nameEx);
+    }
+  }
+}
+
+TEST(SysInfoOSName, WindowsElevenIsDecidedByTheRuntimeBuildNotTheQuery) {
+  const TVersionQuery query = Query(2, 10, 0, 19045);
+  EXPECT_EQ(OSNameOf(query, true, kWin11), u"Windows 11");
+  EXPECT_EQ(OSNameExOf(query, true, kWin11, false, false), u"Windows 11");
+  const TOSVersion firstBuild = TOSVersion::Of(10, 0, 22000, TArchitecture::arIntelX64);
+  EXPECT_EQ(OSNameOf(query, true, firstBuild), u"Windows 11");
+  const TOSVersion lastBuild = TOSVersion::Of(10, 0, 21999, TArchitecture::arIntelX64);
+  EXPECT_EQ(OSNameOf(Query(2, 10, 0, 22631), true, lastBuild), u"Windows Ten");
+  EXPECT_EQ(OSNameExOf(Query(2, 10, 0, 22631), true, lastBuild, false, false), u"Windows 10");
+  // A program told it runs on Windows 8 keeps hearing so, whatever the true build.
+  EXPECT_EQ(OSNameOf(Query(2, 6, 2, 9200), true, kWin11), u"Windows Eight");
+}
+
+TEST(SysInfoOSName, AFailedQueryIsUnknownWithoutSuffixes) {
+  const TVersionQuery query = Query(2, 10, 0, 19045, u"Service Pack 1");
+  EXPECT_EQ(OSNameOf(query, false, kWin11), u"Unknown");
+  EXPECT_EQ(OSNameExOf(query, false, kWin11, true, true), u"Unknown");
+  EXPECT_EQ(WindowsVersionOf(query, false), u"GetVersionEx() Error");
+}
+
+TEST(SysInfoOSNameEx, BuildAndServicePackAreAppendedOnTheNTLineOnly) {
+  const TVersionQuery xp = Query(2, 5, 1, 2600, u"Service Pack 3");
+  EXPECT_EQ(OSNameExOf(xp, true, kWin10, true, false), u"Windows XP, Build 2600");
+  EXPECT_EQ(OSNameExOf(xp, true, kWin10, false, true), u"Windows XP Service Pack 3");
+  EXPECT_EQ(OSNameExOf(xp, true, kWin10, true, true), u"Windows XP, Build 2600 Service Pack 3");
+  // The query's build is appended, even where the run-time record's decided the name.
+  EXPECT_EQ(OSNameExOf(Query(2, 10, 0, 19045), true, kWin11, true, true),
+            u"Windows 11, Build 19045 ");
+  EXPECT_EQ(OSNameExOf(Query(2, 6, 4, 9841), true, kWin10, true, false),
+            u"Unknown:6.4, Build 9841");
+  EXPECT_EQ(OSNameExOf(Query(1, 4, 10, 2222, u" A "), true, kWin10, true, true), u"Windows 98SE");
+  EXPECT_EQ(OSNameExOf(Query(3, 10, 0, 1), true, kWin10, true, true), u"Unknown");
+}
+
+TEST(SysInfoOSNameEx2, ShortAndLongFormsFromTheRuntimeRecord) {
+  EXPECT_EQ(OSNameEx2Of(kWin10, false), u"WIN 10.0");
+  EXPECT_EQ(OSNameEx2Of(kWin10, true), u"Windows 10  Build 19045");
+  EXPECT_EQ(OSNameEx2Of(TOSVersion::Of(6, 1, 7601, TArchitecture::arIntelX86), true),
+            u"Windows 7  Build 7601");
+  EXPECT_EQ(OSNameEx2Of(kWin11, true), u"Windows 11 (Version 10.0, Build 22631, 64-bit Edition)");
+}
+
+TEST(SysInfoWindowsVersion, EveryRowWithMajorMinorAndTheLowWordOfTheBuild) {
+  struct Case {
+    TVersionQuery query;
+    const char16_t* text;
+  } cases[] = {
+      {Query(1, 4, 10, 0x040A08AE), u"Windows 98 - Version 4.10.2222"},
+      {Query(1, 4, 90, 0x045A0BB8), u"Windows 98 - Version 4.90.3000"},
+      {Query(1, 4, 3, 0x04030001), u"Windows 98 - Version 4.03.1"},
+      {Query(1, 4, 0, 0x04000457), u"Windows 95 - Version 4.0 Build 1111"},
+      {Query(1, 3, 10, 0), u"Windows 95 - Version 3.10 Build 0"},
+      {Query(2, 4, 0, 1381), u"Windows NT Version 4.0. Build 1381"},
+      {Query(2, 5, 0, 2195), u"Windows Version 5.0 Build 2195"},
+      {Query(2, 5, 1, 2600), u"Windows XP Version 5.1 Build 2600"},
+      {Query(2, 5, 2, 3790), u"Windows XP Server 5.2 Build 3790"},
+      {Query(2, 6, 0, 6002), u"Windows Vista Version 6.0 Build 6002"},
+      {Query(2, 6, 1, 7601), u"Windows 7 Version 6.1 Build 7601"},
+      {Query(2, 6, 2, 9200), u"Windows 8 Version 6.2 Build 9200"},
+      {Query(2, 6, 3, 9600), u"Windows 8.1 Version 6.3 Build 9600"},
+      {Query(2, 10, 0, 19045), u"Windows 10 Version 10.0 Build 19045"},
+      {Query(2, 10, 0, 22000), u"Windows 11 Version 10.0 Build 22000"},
+      {Query(2, 10, 0, 22631), u"Windows 11 Version 10.0 Build 22631"},
+      {Query(2, 6, 4, 9841), u"Windows Version 6.4 Build 9841"},
+      {Query(0, 4, 10, 0x10001), u"Windows Version 4.10 Build 1"},
+      {Query(3, 10, 0, 22631), u"Windows Version 10.0 Build 22631"},
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(WindowsVersionOf(c.query, true), c.text)
+        << "platform " << c.query.PlatformId << ", " << c.query.MajorVersion << "."
+        << c.query.MinorVersion;
+}
+
+TEST(SysInfoOSR2, OnlyAConsumerNinetyFiveWithALaterBuild) {
+  EXPECT_TRUE(IsWin95OSR2Of(Query(1, 4, 0, 0x04000457)));    // build 1111
+  EXPECT_FALSE(IsWin95OSR2Of(Query(1, 4, 0, 0x040003B6)));   // build 950
+  EXPECT_FALSE(IsWin95OSR2Of(Query(1, 4, 0, 0x040003E8)));   // build 1000
+  EXPECT_FALSE(IsWin95OSR2Of(Query(1, 4, 10, 0x040A08AE)));  // 98
+  EXPECT_FALSE(IsWin95OSR2Of(Query(2, 4, 0, 1381)));         // NT 4
+}
+
+TEST(SysInfoTimer, SixDecimalsOfMillisecondsWithTheGivenSeparator) {
+  EXPECT_EQ(TimerTextOf(0, 1234567, 1000000, u','), u"1234,567000 ms");
+  EXPECT_EQ(TimerTextOf(500, 1500, 10000000, u'.'), u"0.100000 ms");
+  // Rounded at the sixth decimal: 1/3 ms and 2/3 ms.
+  EXPECT_EQ(TimerTextOf(0, 1, 3000, u','), u"0,333333 ms");
+  EXPECT_EQ(TimerTextOf(0, 2, 3000, u','), u"0,666667 ms");
+  EXPECT_EQ(TimerTextOf(0, 3600LL * 10000000, 10000000, u','), u"3600000,000000 ms");
+  EXPECT_EQ(TimerTextOf(0, 12345, 0, u','), u"0,000000 ms") << "never started";
+}
+
+}  // namespace
