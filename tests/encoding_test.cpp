@@ -1,0 +1,352 @@
+// Encodings, streams and the text-format family: the three file detectors on every mark
+// and its edge cases, the UTF-8 shape test's fast path against a byte loop, the line
+// reader across block boundaries, and lists saved and loaded in each encoding.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rtl/encoding.h"
+#include "rtl/streams.h"
+#include "tools/textformat.h"
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include "rtl/handles.h"
+#else
+#include <unistd.h>
+
+#include <filesystem>
+#endif
+
+using rtl::TEncoding;
+using Bytes = std::vector<std::uint8_t>;
+
+namespace {
+
+Bytes B(std::string_view s) { return {s.begin(), s.end()}; }
+
+std::u16string TempName(std::u16string_view stem) {
+#ifdef _WIN32
+  wchar_t dir[MAX_PATH] = {};
+  GetTempPathW(MAX_PATH, dir);
+  return reinterpret_cast<const char16_t*>(dir) + std::u16string(stem) + u"-" +
+         rtl::IntToStr(GetCurrentProcessId()) + u".txt";
+#else
+  const auto dir = std::filesystem::temp_directory_path();
+  return rtl::Utf8ToUtf16((dir / rtl::Utf16ToUtf8(stem)).string()) + u"-" +
+         rtl::IntToStr(getpid()) + u".txt";
+#endif
+}
+
+// A file in the temp folder, written through the file stream and removed at scope end.
+struct TempFile {
+  explicit TempFile(const Bytes& content, std::u16string_view stem = u"nox-encoding")
+      : name(TempName(stem)) {
+    rtl::TFileStream f(name, rtl::fmCreate);
+    f.WriteBuffer(content.data(), content.size());
+  }
+  ~TempFile() {
+#ifdef _WIN32
+    DeleteFileW(reinterpret_cast<const wchar_t*>(name.c_str()));
+#else
+    std::error_code ignored;
+    std::filesystem::remove(rtl::Utf16ToUtf8(name), ignored);
+#endif
+  }
+  std::u16string name;
+};
+
+bool AnsiIs1252() { return TEncoding::ANSI()->CodePage() == 1252; }
+
+// The shape rule read one byte at a time.
+bool Utf8StructureByBytes(const std::uint8_t* p, size_t n) {
+  for (size_t i = 0; i < n;) {
+    const std::uint8_t b = p[i];
+    const size_t follow = b < 0x80 ? 0 : (b & 0xE0) == 0xC0 ? 1 : (b & 0xF0) == 0xE0 ? 2
+                                       : (b & 0xF8) == 0xF0 ? 3 : 9;
+    if (follow == 9) return false;
+    for (size_t k = 1; k <= follow; ++k)
+      if (i + k >= n || (p[i + k] & 0xC0) != 0x80) return false;
+    i += follow + 1;
+  }
+  return true;
+}
+
+std::vector<std::u16string> Lines(const rtl::TStrings& list) {
+  std::vector<std::u16string> r;
+  for (int i = 0; i < list.Count(); ++i) r.push_back(list[i]);
+  return r;
+}
+
+}  // namespace
+
+TEST(EncodingDetectors, AgreeOnMarksAndTheirEdges) {
+  TEncoding* const ansi = TEncoding::ANSI();
+  TEncoding* const utf8 = TEncoding::UTF8();
+  TEncoding* const le = TEncoding::Unicode();
+  TEncoding* const be = TEncoding::BigEndianUnicode();
+  struct Case {
+    const char* what;
+    std::string_view bytes;
+    const char16_t* format;
+    TEncoding* encoding;
+    TEncoding* checked;
+    int markLen;
+    bool crlf;
+  };
+  using namespace std::string_view_literals;
+  const Case cases[] = {
+      {"UTF-8 mark alone", "\xEF\xBB\xBF", u"Ansi", ansi, ansi, 0, false},
+      {"UTF-8 mark", "\xEF\xBB\xBFGr\xC3\xBC\xC3\x9F" "e\r\n", u"utf-8", utf8, utf8, 4, true},
+      {"UTF-16LE mark", "\xFF\xFE" "a\0\r\0\n\0"sv, u"utf-16", le, le, 2, false},
+      {"UTF-16BE mark", "\xFE\xFF\0a"sv, u"utf-16-big", be, be, 2, false},
+      {"UTF-32LE mark", "\xFF\xFE\0\0"sv, u"utf-16", le, le, 4, false},
+      {"UTF-32BE mark", "\0\0\xFE\xFF"sv, u"utf-32-big", le, be, 4, false},
+      {"plain ASCII", "plain text\r\nline two", u"utf-8", ansi, utf8, 0, true},
+      {"CR LF only in the first four", "\r\nab", u"utf-8", ansi, utf8, 0, false},
+      {"CR CR LF", "abcd\r\r\n", u"utf-8", ansi, utf8, 0, false},
+      {"CR starting at the fifth byte", "abc\r\r\n", u"utf-8", ansi, utf8, 0, true},
+      {"LF only", "abcd\nefgh\n", u"utf-8", ansi, utf8, 0, false},
+      {"German in Windows-1252", "Gr\xFC\xDF" "e aus K\xF6ln", u"Ansi", ansi, ansi, 0, false},
+      // UTF-8 whose characters all exist in the ANSI code page round-trips unchanged.
+      {"German UTF-8, ANSI characters", "Gr\xC3\xBC\xC3\x9F" "e aus K\xC3\xB6ln", u"utf-8", ansi,
+       utf8, 0, false},
+      {"German UTF-8 with capital sharp s", "GRO\xE1\xBA\x9E" "E Gr\xC3\xBC\xC3\x9F" "e", u"utf-8",
+       utf8, utf8, 0, false},
+      {"UTF-8 cut at the end", "abcd\xE2\x82", u"Ansi", ansi, ansi, 0, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    if (!AnsiIs1252() && std::string_view(c.what).find("German") != std::string_view::npos)
+      continue;
+    const TempFile file(B(c.bytes));
+    EXPECT_EQ(Qm_tools::GetFileFormat(file.name), c.format);
+    EXPECT_EQ(Qm_tools::GetFileFormatEncoding(file.name), c.encoding);
+    int markLen = -1;
+    bool crlf = !c.crlf;
+    EXPECT_EQ(Qm_tools::CheckFileFormat(file.name, markLen, crlf), c.checked);
+    EXPECT_EQ(markLen, c.markLen);
+    EXPECT_EQ(crlf, c.crlf);
+  }
+}
+
+TEST(EncodingDetectors, MissingFileIsAnsiAndLeavesCrlfAlone) {
+  const std::u16string missing = TempName(u"nox-encoding-missing");
+  EXPECT_EQ(Qm_tools::GetFileFormat(missing), u"Ansi");
+  EXPECT_EQ(Qm_tools::GetFileFormatEncoding(missing), TEncoding::ANSI());
+  for (const bool before : {false, true}) {
+    int markLen = 7;
+    bool crlf = before;
+    EXPECT_EQ(Qm_tools::CheckFileFormat(missing, markLen, crlf), TEncoding::ANSI());
+    EXPECT_EQ(markLen, 0);
+    EXPECT_EQ(crlf, before);
+  }
+}
+
+TEST(EncodingDetectors, UnreadableFileRaisesToTheCaller) {
+  const TempFile file(B("some text\r\n"), u"nox-encoding-locked");
+  std::u16string name = file.name;
+#ifdef _WIN32
+  const rtl::unique_hfile hold(CreateFileW(reinterpret_cast<const wchar_t*>(name.c_str()),
+                                           GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(hold);
+#else
+  // Root reads whatever the mode says; a process's own memory file fails at address 0.
+  if (geteuid() == 0)
+    name = u"/proc/self/mem";
+  else
+    std::filesystem::permissions(rtl::Utf16ToUtf8(name), std::filesystem::perms::none);
+#endif
+  int markLen = 0;
+  bool crlf = false;
+  const auto raises = [](auto&& call) {
+    try {
+      call();
+    } catch (const rtl::EFOpenError& e) {
+      return !e.Message().empty();
+    } catch (const rtl::EReadError& e) {
+      return !e.Message().empty();
+    }
+    return false;
+  };
+  EXPECT_TRUE(raises([&] { Qm_tools::GetFileFormat(name); }));
+  EXPECT_TRUE(raises([&] { Qm_tools::GetFileFormatEncoding(name); }));
+  EXPECT_TRUE(raises([&] { Qm_tools::CheckFileFormat(name, markLen, crlf); }));
+  rtl::TStringList* list = nullptr;
+  EXPECT_FALSE(Qm_tools::CanLoadStringList(list, name));
+  delete list;
+}
+
+TEST(EncodingUtf8Structure, ShortCases) {
+  const struct {
+    std::string_view bytes;
+    bool pass;
+  } cases[] = {
+      {"", true},
+      {"\xC3\xA4", true},
+      {"\xC3" "A", false},
+      {"\xE2\x82", false},
+      {"\xED\xA0\x80", true},  // a surrogate: shape only
+      {"\xC0\x80", true},      // overlong: shape only
+      {"\xF0\x9D\x84\x9E", true},
+      {"\xF8\x80\x80\x80\x80", false},
+      {"\x80", false},
+      {"0123456789abcdef0123456789abcdef0123456\xC3", false},
+      {"0123456789abcdef0123456789abcdef\xE2\x82\xAC" "0123456", true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(std::string(c.bytes)));
+    EXPECT_EQ(Qm_tools::IsUtf8Structure(reinterpret_cast<const std::uint8_t*>(c.bytes.data()),
+                                        c.bytes.size()),
+              c.pass);
+  }
+}
+
+TEST(EncodingUtf8Structure, FastPathMatchesByteLoop) {
+  std::mt19937 random(12345);
+  const std::uint8_t pieces[][4] = {{0xC3, 0xA4}, {0xE2, 0x82, 0xAC}, {0xF0, 0x9F, 0x98, 0x80},
+                                    {0x80}, {0xC3}, {0xFF}};
+  const size_t lengths[] = {2, 3, 4, 1, 1, 1};
+  int passed = 0;
+  for (int round = 0; round < 3000; ++round) {
+    Bytes buffer;
+    const size_t size = random() % 300;
+    const unsigned rareness = 1 + random() % 200;
+    while (buffer.size() < size) {
+      if (random() % rareness == 0) {
+        const size_t k = random() % (round % 2 ? 6 : 3);
+        buffer.insert(buffer.end(), pieces[k], pieces[k] + lengths[k]);
+      } else {
+        buffer.push_back(static_cast<std::uint8_t>(random() % 0x80));
+      }
+    }
+    // Shifts the start so that words are read from every alignment.
+    const size_t from = buffer.empty() ? 0 : random() % std::min<size_t>(buffer.size(), 9);
+    const bool expected = Utf8StructureByBytes(buffer.data() + from, buffer.size() - from);
+    ASSERT_EQ(Qm_tools::IsUtf8Structure(buffer.data() + from, buffer.size() - from), expected)
+        << "round " << round;
+    passed += expected;
+  }
+  EXPECT_GT(passed, 500);
+  EXPECT_LT(passed, 2500);
+}
+
+TEST(EncodingAnsi, Windows1252Table) {
+  EXPECT_EQ(rtl::Windows1252ToChar(0x80), u'\u20AC');
+  EXPECT_EQ(rtl::Windows1252ToChar(0x9F), u'\u0178');
+  EXPECT_EQ(rtl::Windows1252ToChar(0xE4), u'\u00E4');
+  for (const std::uint8_t hole : {0x81, 0x8D, 0x8F, 0x90, 0x9D}) EXPECT_EQ(rtl::Windows1252ToChar(hole), hole);
+  for (int b = 0; b < 256; ++b)
+    EXPECT_EQ(rtl::CharToWindows1252(rtl::Windows1252ToChar(static_cast<std::uint8_t>(b))), b);
+  EXPECT_EQ(rtl::CharToWindows1252(u'\u2192'), '?');
+  EXPECT_EQ(rtl::CharToWindows1252(u'\u0100'), '?');
+  if (!AnsiIs1252()) GTEST_SKIP() << "ANSI code page is not 1252";
+  // The system page agrees with the table, holes included, and does not fit look-alikes.
+  Bytes all(256);
+  for (int b = 0; b < 256; ++b) all[b] = static_cast<std::uint8_t>(b);
+  const std::u16string text = TEncoding::ANSI()->GetString(all);
+  ASSERT_EQ(text.size(), 256u);
+  for (int b = 0; b < 256; ++b) EXPECT_EQ(text[b], rtl::Windows1252ToChar(static_cast<std::uint8_t>(b)));
+  EXPECT_EQ(TEncoding::ANSI()->GetBytes(text), all);
+  EXPECT_EQ(TEncoding::ANSI()->GetBytes(u"\u0100\u2192\U0001D11E"), B("????"));
+}
+
+TEST(EncodingReader, SplitsOnEveryLineEndAcrossSmallBlocks) {
+  const std::u16string text =
+      u"a\r\nb\n\nc\rd\r\r\n\n\u00E4\u20AC\U0001D11E x\r\n\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC\r\nlast";
+  const std::vector<std::u16string> expected = {
+      u"a", u"b", u"", u"c", u"d", u"", u"", u"\u00E4\u20AC\U0001D11E x", u"\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC", u"last"};
+  for (TEncoding* e : {TEncoding::UTF8(), TEncoding::Unicode(), TEncoding::BigEndianUnicode()}) {
+    for (const int block : {16, 17, 4096}) {
+      SCOPED_TRACE(e->CodePage() * 10000 + block);
+      // The encoding's own mark is skipped even without detection.
+      Bytes bytes = e->GetPreamble();
+      const Bytes body = e->GetBytes(text);
+      bytes.insert(bytes.end(), body.begin(), body.end());
+      rtl::TMemoryStream stream(bytes);
+      rtl::TStreamReader reader(stream, e, false, block);
+      std::vector<std::u16string> lines;
+      while (!reader.EndOfStream()) lines.push_back(reader.ReadLine());
+      EXPECT_EQ(lines, expected);
+      // A mark picks the encoding when detection is on.
+      rtl::TMemoryStream again(bytes);
+      rtl::TStreamReader detecting(again, TEncoding::ANSI(), true, block);
+      EXPECT_EQ(detecting.ReadLine(), u"a");
+      EXPECT_EQ(detecting.CurrentEncoding(), e);
+    }
+  }
+}
+
+TEST(EncodingLists, SaveThenLoadKeepsEveryLineInEachEncoding) {
+  rtl::TStringList lines;
+  for (int i = 0; i < 1500; ++i)  // lengths that put line ends on every block offset
+    lines.Add(std::u16string(static_cast<size_t>(i % 37), static_cast<char16_t>(u'a' + i % 26)) +
+              (i % 5 ? u"" : u"\u00E4\u00DF\u20AC"));
+  lines.Add(u"");
+  for (TEncoding* e : {TEncoding::ANSI(), TEncoding::UTF8(), TEncoding::Unicode(),
+                       TEncoding::BigEndianUnicode()}) {
+    SCOPED_TRACE(e->CodePage());
+    if (e == TEncoding::ANSI() && !AnsiIs1252()) continue;
+    rtl::TStringList source;
+    source.Assign(lines);
+    if (e != TEncoding::ANSI()) source.Add(u"\U0001D11E \u0100");
+    rtl::TMemoryStream stream;
+    Qm_tools::SaveLinesToStream(source, stream, e);
+    EXPECT_EQ(stream.Bytes(), e->GetBytes(source.Text()));  // no mark, CR LF after each line
+
+    rtl::TStringList loaded;
+    loaded.Add(u"kept");
+    stream.SetPosition(0);
+    Qm_tools::LoadLinesFromStream(loaded, stream, e);
+    ASSERT_EQ(loaded.Count(), source.Count() + 1);
+    EXPECT_EQ(loaded[0], u"kept");
+    loaded.Delete(0);
+    EXPECT_EQ(Lines(loaded), Lines(source));
+    EXPECT_EQ(loaded.UpdateCount(), 0);
+
+    // Through a file with the mark the detectors look for; the load replaces the lines.
+    Bytes bytes = e->GetPreamble();
+    bytes.insert(bytes.end(), stream.Bytes().begin(), stream.Bytes().end());
+    const TempFile file(bytes);
+    rtl::TStringList* list = &loaded;
+    loaded.Add(u"gone");
+    ASSERT_TRUE(Qm_tools::CanLoadStringList(list, file.name));
+    EXPECT_EQ(list, &loaded);
+    EXPECT_EQ(Lines(loaded), Lines(source));
+  }
+}
+
+TEST(EncodingLists, CanLoadStringListMakesAListOnlyForAnExistingFile) {
+  rtl::TStringList* list = nullptr;
+  EXPECT_FALSE(Qm_tools::CanLoadStringList(list, TempName(u"nox-encoding-none")));
+  EXPECT_EQ(list, nullptr);
+
+  const TempFile file(B("one\r\ntwo"));
+  ASSERT_TRUE(Qm_tools::CanLoadStringList(list, file.name));
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(Lines(*list), (std::vector<std::u16string>{u"one", u"two"}));
+  delete list;
+}
+
+TEST(EncodingFileStream, ReportsTheFileItCannotOpen) {
+  const std::u16string missing = TempName(u"nox-encoding-absent");
+  try {
+    rtl::TFileStream f(missing, rtl::fmOpenRead);
+    FAIL() << "opened a missing file";
+  } catch (const rtl::EFOpenError& e) {
+    EXPECT_NE(e.Message().find(missing), std::u16string::npos);
+  }
+  const TempFile file(B("0123456789"));
+  rtl::TFileStream f(file.name, rtl::fmOpenRead | rtl::fmShareDenyNone);
+  EXPECT_EQ(f.Size(), 10);
+  f.SetPosition(7);
+  char tail[8] = {};
+  EXPECT_EQ(f.Read(tail, sizeof tail), 3u);
+  EXPECT_STREQ(tail, "789");
+  EXPECT_THROW(f.ReadBuffer(tail, 1), rtl::EReadError);
+}
