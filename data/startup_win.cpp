@@ -7,33 +7,17 @@
 #include "data/NOXEData.h"
 #include "data/startup.h"
 #include "rtl/inifiles.h"
+#include "rtl/sysutils.h"
 #include "tools/paths.h"
 #include "tools/qm_globals.h"
 
 namespace NOXEData {
 
-namespace {
-
-std::u16string ExeName() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n < path.size()) {
-      path.resize(n);
-      break;
-    }
-    path.resize(path.size() * 2);
-  }
-  return {path.begin(), path.end()};
-}
-
-}  // namespace
-
 void SettleDataPaths() {
   using namespace Qm_tools;
   const TDataPaths paths =
       DataPaths(DiskMode, AppPath(), SysProgDataPath, SysUserDataPath,
-                GetSpecialFolder(CSIDL_APPDATA), ExeName());
+                GetSpecialFolder(CSIDL_APPDATA), rtl::GetModuleName(nullptr));
   MyProgDataPath = paths.MyProgDataPath;
   MyUserDataPath = paths.MyUserDataPath;
   MyAppIniName = paths.MyAppIniName;

@@ -7,6 +7,7 @@
 #include "dialog/QMMessageDlgVCL.h"
 #include "dialog/dialog_plan.h"
 #include "dialog/msgdlg_form.h"
+#include "rtl/sysutils.h"
 #include "ui/application.h"
 
 namespace QMMessageDlgVCL {
@@ -19,19 +20,6 @@ void FillWords(rtl::TStringList& list, std::u16string_view words) {
   list.StrictDelimiter = true;
   list.Delimiter = u',';
   list.SetDelimitedText(words);
-}
-
-std::u16string ProgramFileName() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n < path.size()) {
-      path.resize(n);
-      break;
-    }
-    path.resize(path.size() * 2);
-  }
-  return {path.begin(), path.end()};
 }
 
 // A dialog opened from within a dialog takes the globals over while it is shown; the outer
@@ -58,7 +46,7 @@ int MessageDlgEx(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons 
   if (const TDlgPresenter& presenter = CurrentDlgPresenter())
     return presenter(Msg, DlgType, Buttons, HelpCtx);
   const TDlgSettings& s = StdDlgSettings;
-  const TDialogPlan plan = PlanDialog(Msg, DlgType, Buttons, HelpCtx, s, ProgramFileName());
+  const TDialogPlan plan = PlanDialog(Msg, DlgType, Buttons, HelpCtx, s, rtl::GetModuleName(nullptr));
 
   rtl::TStringList keys;
   rtl::TStringList captions;

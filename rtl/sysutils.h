@@ -8,6 +8,10 @@
 
 #include "rtl/ustring.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace rtl {
 
 // A message in UTF-16 that what() gives as UTF-8.
@@ -39,5 +43,10 @@ std::u16string ExtractFilePath(std::u16string_view fileName);
 std::u16string ExtractFileExt(std::u16string_view fileName);
 // fileName with its extension (see ExtractFileExt) replaced by `ext` (given with its dot).
 std::u16string ChangeFileExt(std::u16string_view fileName, std::u16string_view ext);
+
+#ifdef _WIN32
+// The full path of a loaded module; null: the program's own executable. "" on failure.
+std::u16string GetModuleName(HMODULE module);
+#endif
 
 }  // namespace rtl

@@ -81,18 +81,7 @@ bool ForceDirectories(const std::u16string& Dir) {
   return DirectoryExists(dir);
 }
 
-std::u16string AppPath() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n < path.size()) {
-      path.resize(n);
-      break;
-    }
-    path.resize(path.size() * 2);
-  }
-  return rtl::ExtractFilePath(U(path.c_str()));
-}
+std::u16string AppPath() { return rtl::ExtractFilePath(rtl::GetModuleName(nullptr)); }
 
 std::u16string GetDiskMode() {
   const std::u16string app = AppPath();

@@ -23,19 +23,6 @@ rtl::TUnitCounter Counter;
 // Would count the logical processors; this build hands the count it is given back.
 std::int32_t LogicalProcessors(std::int32_t processors) { return processors; }
 
-std::u16string ExeName() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n < path.size()) {
-      path.resize(n);
-      break;
-    }
-    path.resize(path.size() * 2);
-  }
-  return {path.begin(), path.end()};
-}
-
 }  // namespace
 
 void Initialize() {
@@ -56,7 +43,7 @@ void Initialize() {
   FMSOrg = rtl::GetLocaleFormatSettings(0x0800);
   MonthFirst = AdjustStartupFormats(rtl::FormatSettings, FMS, FMSOrg);
 
-  const std::u16string exe = ExeName();
+  const std::u16string exe = rtl::GetModuleName(nullptr);
   const std::u16string appData = GetSpecialFolder(CSIDL_APPDATA);
   SysProgDataPath = appData;
   SysUserDataPath = GetSpecialFolder(CSIDL_PERSONAL);

@@ -1,0 +1,18 @@
+// The file-name helpers that ask the system (rtl/sysutils.h).
+#include <windows.h>
+
+#include "rtl/sysutils.h"
+
+namespace rtl {
+
+std::u16string GetModuleName(HMODULE module) {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD n = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (n == 0) return {};
+    if (n < path.size()) return std::u16string(path.begin(), path.begin() + n);
+    path.resize(path.size() * 2);  // cut off: ask again with more room
+  }
+}
+
+}  // namespace rtl

@@ -1,0 +1,259 @@
+// The file operations on a real system, under Wine: copying and moving with attributes,
+// the comparison message, file times, attributes, version and error texts, drives, the
+// clipboard's file list and deleting a folder tree. Every file lives in one folder under
+// the temporary folder, removed after each test.
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "dialog/QMMessageDlgVCL.h"
+#include "rtl/classes.h"
+#include "rtl/dateutils.h"
+#include "tools/fileops.h"
+#include "tools/paths.h"
+
+namespace {
+
+using namespace Qm_tools;
+
+const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+
+void WriteBytes(const std::u16string& name, const std::string& bytes) {
+  HANDLE f = CreateFileW(W(name), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  ASSERT_NE(f, INVALID_HANDLE_VALUE);
+  DWORD written = 0;
+  WriteFile(f, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  CloseHandle(f);
+}
+
+std::string ReadBytes(const std::u16string& name) {
+  HANDLE f = CreateFileW(W(name), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (f == INVALID_HANDLE_VALUE) return "<missing>";
+  char buf[4096];
+  DWORD got = 0;
+  ReadFile(f, buf, sizeof buf, &got, nullptr);
+  CloseHandle(f);
+  return std::string(buf, got);
+}
+
+DWORD Attributes(const std::u16string& name) { return GetFileAttributesW(W(name)); }
+
+// Removes a tree whatever its attributes, without the routines under test.
+void RemoveTree(const std::u16string& dir) {
+  WIN32_FIND_DATAW data;
+  HANDLE h = FindFirstFileW(W(dir + u"\\*"), &data);
+  if (h != INVALID_HANDLE_VALUE) {
+    do {
+      const std::u16string name(reinterpret_cast<const char16_t*>(data.cFileName));
+      if (name == u"." || name == u"..") continue;
+      const std::u16string full = dir + u"\\" + name;
+      SetFileAttributesW(W(full), FILE_ATTRIBUTE_NORMAL);
+      if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+        RemoveTree(full);
+      else
+        DeleteFileW(W(full));
+    } while (FindNextFileW(h, &data));
+    FindClose(h);
+  }
+  RemoveDirectoryW(W(dir));
+}
+
+class FileOpsWin : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    wchar_t tmp[MAX_PATH];
+    const DWORD n = GetTempPathW(MAX_PATH, tmp);
+    root_ = chkPath(std::u16string(reinterpret_cast<const char16_t*>(tmp), n)) + u"fileops_test_" +
+            rtl::IntToStr(GetCurrentProcessId());
+    RemoveTree(root_);
+    ASSERT_TRUE(ForceDirectories(root_));
+    saved_ = QMMessageDlgVCL::SetDlgPresenter(
+        [this](const std::u16string& msg, QMMessageDlgVCL::TMsgDlgType, QMMessageDlgVCL::TMsgDlgButtons,
+               int) {
+          shown_.push_back(msg);
+          return QMMessageDlgVCL::mrOk;
+        });
+  }
+  void TearDown() override {
+    QMMessageDlgVCL::SetDlgPresenter(saved_);
+    RemoveTree(root_);
+  }
+  std::u16string In(const std::u16string& name) const { return root_ + u"\\" + name; }
+
+  std::u16string root_;
+  std::vector<std::u16string> shown_;
+  QMMessageDlgVCL::TDlgPresenter saved_;
+};
+
+TEST_F(FileOpsWin, CopyOfAReadOnlyFileIsReadOnlyAndTheSourceStaysSo) {
+  WriteBytes(In(u"src.txt"), "payload");
+  SetFileAttributesW(W(In(u"src.txt")), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE);
+  ASSERT_TRUE(qm_CopyFile(In(u"src.txt"), In(u"new\\deeper\\copy.txt")));
+  EXPECT_EQ(ReadBytes(In(u"new\\deeper\\copy.txt")), "payload");
+  EXPECT_TRUE(IsWriteProtect(In(u"src.txt")));
+  EXPECT_TRUE(IsWriteProtect(In(u"new\\deeper\\copy.txt")));
+  EXPECT_EQ(Attributes(In(u"new\\deeper\\copy.txt")) & FILE_ATTRIBUTE_ARCHIVE, FILE_ATTRIBUTE_ARCHIVE);
+  // Nothing to copy is no failure.
+  EXPECT_TRUE(qm_CopyFile(In(u"none.txt"), In(u"other\\none.txt")));
+  EXPECT_FALSE(qm_FileExists(In(u"other\\none.txt")));
+}
+
+TEST_F(FileOpsWin, MoveAcrossFoldersKeepsContentAndAttributes) {
+  ASSERT_TRUE(ForceDirectories(In(u"a")));
+  WriteBytes(In(u"a\\m.txt"), "moved");
+  SetFileAttributesW(W(In(u"a\\m.txt")), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+  ASSERT_TRUE(qm_MoveFile(In(u"a\\m.txt"), In(u"b\\c\\m.txt")));
+  EXPECT_FALSE(qm_FileExists(In(u"a\\m.txt")));
+  EXPECT_EQ(ReadBytes(In(u"b\\c\\m.txt")), "moved");
+  EXPECT_EQ(Attributes(In(u"b\\c\\m.txt")) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN),
+            static_cast<DWORD>(FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN));
+}
+
+TEST_F(FileOpsWin, WriteProtectionAndHiddenAttribute) {
+  WriteBytes(In(u"p.txt"), "x");
+  EXPECT_FALSE(IsWriteProtect(In(u"p.txt")));
+  EXPECT_TRUE(SetWriteProtect(In(u"p.txt")));
+  EXPECT_TRUE(IsWriteProtect(In(u"p.txt")));
+  EXPECT_TRUE(RemoveWriteProtect(In(u"p.txt")));
+  EXPECT_FALSE(IsWriteProtect(In(u"p.txt")));
+  EXPECT_FALSE(IsWriteProtect(In(u"missing.txt")));
+  SetFileHiddenAttribute(In(u"p.txt"));
+  EXPECT_TRUE(Attributes(In(u"p.txt")) & FILE_ATTRIBUTE_HIDDEN);
+  try {
+    SetFileHiddenAttribute(In(u"missing.txt"));
+    ADD_FAILURE() << "no exception";
+  } catch (const EFileAttributeError& e) {
+    EXPECT_EQ(e.Message(), u"Datei nicht gefunden: " + In(u"missing.txt"));
+  }
+}
+
+TEST_F(FileOpsWin, FileTimesRoundTripAtTwoSecondPrecision) {
+  WriteBytes(In(u"t.txt"), "times");
+  const rtl::TDateTime created = rtl::EncodeDateTime(2001, 2, 3, 4, 5, 7, 0);
+  const rtl::TDateTime accessed = rtl::EncodeDateTime(2010, 6, 15, 12, 0, 0, 0);
+  const rtl::TDateTime written = rtl::EncodeDateTime(2020, 12, 24, 18, 30, 59, 0);
+  ASSERT_TRUE(SetFileTimes(In(u"t.txt"), created, accessed, written));
+  rtl::TDateTime c = 0, a = 0, w = 0;
+  ASSERT_TRUE(GetFileTimes(In(u"t.txt"), c, a, w));
+  // Wine keeps no creation time on the host's file system (it reports another time there),
+  // so only a date-time as such is expected for it.
+  EXPECT_GT(c, rtl::EncodeDate(1980, 1, 1));
+  EXPECT_EQ(w, rtl::EncodeDateTime(2020, 12, 24, 18, 30, 58, 0));
+  int y = 0, m = 0, d = 0;
+  rtl::DecodeDate(a, y, m, d);
+  EXPECT_EQ(y * 10000 + m * 100 + d, 20100615) << "file systems may keep only the day";
+  EXPECT_EQ(GetModifyDate(In(u"t.txt")), w);
+  EXPECT_EQ(GetFileDateTime(In(u"t.txt")), w);
+  EXPECT_NEAR(qm_GetFileAge(In(u"t.txt")), written, 2.0 / 86400);
+  EXPECT_FALSE(GetFileTimes(In(u"missing.txt"), c, a, w));
+  EXPECT_FALSE(SetFileTimes(In(u"missing.txt"), created, accessed, written));
+  // A missing file has the age of now.
+  const rtl::TDateTime before = rtl::Now();
+  EXPECT_GE(qm_GetFileAge(In(u"missing.txt")), before);
+  EXPECT_GE(GetModifyDate(In(u"missing.txt")), before);
+  EXPECT_GE(GetFileDateTime(In(u"missing.txt")), before);
+}
+
+TEST_F(FileOpsWin, SizesAndAnsiText) {
+  SaveAnsiStringToFile(u"Grüße €", In(u"ansi.txt"));
+  EXPECT_EQ(ReadBytes(In(u"ansi.txt")), "Gr\xFC\xDF" "e \x80") << "code page 1252 under Wine";
+  EXPECT_EQ(qm_GetFileSize(In(u"ansi.txt")), 7);
+  SaveAnsiStringToFile(u"ab", In(u"ansi.txt"));
+  EXPECT_EQ(qm_GetFileSize(In(u"ansi.txt")), 2) << "replaced";
+  EXPECT_EQ(qm_GetFileSize(In(u"missing.txt")), -1);
+}
+
+TEST_F(FileOpsWin, CompareShowsEqualityOrTheFirstDifference) {
+  WriteBytes(In(u"one.txt"), "same text\r\n");
+  WriteBytes(In(u"two.txt"), "same text\r\n");
+  WriteBytes(In(u"three.txt"), "same tExt\r\n");
+  CompareThisFiles(In(u"one.txt"), In(u"two.txt"));
+  CompareThisFiles(In(u"one.txt"), In(u"three.txt"));
+  ASSERT_EQ(shown_.size(), 2u);
+  EXPECT_EQ(shown_[0], u"11: Größe von " + In(u"one.txt") + u"\r11: Größe von " + In(u"two.txt") +
+                           u"\r\rDateien sind gleich.");
+  EXPECT_TRUE(shown_[1].ends_with(u"\r\rDateien unterscheiden sich an Position: 7\r\r"
+                                  u"e \" Wert: 101 (one.txt)\rE \" Wert: 69 (three.txt)\r\r"
+                                  u"ext\rExt"));
+}
+
+TEST_F(FileOpsWin, DeletingAFolderTree) {
+  ASSERT_TRUE(ForceDirectories(In(u"tree\\sub\\subsub")));
+  WriteBytes(In(u"tree\\a.txt"), "a");
+  WriteBytes(In(u"tree\\sub\\subsub\\b.txt"), "b");
+  EXPECT_TRUE(DelDir(In(u"tree")));
+  EXPECT_FALSE(DirectoryExists(In(u"tree")));
+}
+
+TEST_F(FileOpsWin, ErrorTextsNameTheNumber) {
+  std::u16string text;
+  SetLastError(ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(GetlastErrorInfo(text), 2u);
+  EXPECT_TRUE(text.starts_with(u"Fehlernummer: 2\r\n")) << rtl::Utf16ToUtf8(text);
+  EXPECT_GT(text.size(), std::u16string(u"Fehlernummer: 2\r\n").size());
+  SetLastError(ERROR_FILE_NOT_FOUND);
+  const std::u16string desc = GetlastErrorDesc();
+  EXPECT_EQ(desc, u"Fehlernummer: 2: " + text.substr(17));
+}
+
+TEST_F(FileOpsWin, BuildNumberComesFromTheRunningProgram) {
+  wchar_t exe[MAX_PATH];
+  GetModuleFileNameW(nullptr, exe, MAX_PATH);
+  const std::u16string self(reinterpret_cast<const char16_t*>(exe));
+  DWORD dummy = 0;
+  // The test program carries no version resource: no build number, whatever file is named.
+  ASSERT_EQ(GetFileVersionInfoSizeW(exe, &dummy), 0u);
+  EXPECT_EQ(GetBuildNumber(self), u"");
+  EXPECT_EQ(GetBuildNumber(u"C:\\windows\\system32\\kernel32.dll"), u"");
+  EXPECT_EQ(GetBuildNumber(In(u"missing.dll")), u"");
+}
+
+TEST_F(FileOpsWin, DrivesThatCanBeRead) {
+  EXPECT_TRUE(DiskinDrive(u"C:\\"));
+  EXPECT_TRUE(DiskinDrive(root_ + u"\\nothing.txt")) << "an empty search still reads the drive";
+  EXPECT_TRUE(DiskinDrive(u"\\\\server\\share\\x"));
+  EXPECT_FALSE(DiskinDrive(u""));
+  EXPECT_FALSE(DiskinDrive(u"Q:\\folder\\x.txt"));
+}
+
+TEST_F(FileOpsWin, FileListFromTheClipboard) {
+  const std::u16string names[] = {In(u"one.txt"), In(u"zwei ä.txt")};
+  std::u16string list;
+  for (const auto& n : names) list += n + u'\0';
+  list += u'\0';
+  const SIZE_T bytes = sizeof(DROPFILES) + list.size() * sizeof(char16_t);
+  HGLOBAL mem = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
+  ASSERT_NE(mem, nullptr);
+  auto* drop = static_cast<DROPFILES*>(GlobalLock(mem));
+  drop->pFiles = sizeof(DROPFILES);
+  drop->fWide = TRUE;
+  std::memcpy(reinterpret_cast<char*>(drop) + sizeof(DROPFILES), list.data(),
+              list.size() * sizeof(char16_t));
+  GlobalUnlock(mem);
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EmptyClipboard();
+  ASSERT_NE(SetClipboardData(CF_HDROP, mem), nullptr);
+  CloseClipboard();
+
+  rtl::TStringList files;
+  files.Add(u"kept");
+  EXPECT_TRUE(GetFileListFromClipBoard(files));
+  ASSERT_EQ(files.Count(), 3);
+  EXPECT_EQ(files[1], names[0]);
+  EXPECT_EQ(files[2], names[1]);
+
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EmptyClipboard();
+  CloseClipboard();
+  rtl::TStringList none;
+  EXPECT_FALSE(GetFileListFromClipBoard(none));
+  EXPECT_EQ(none.Count(), 0);
+}
+
+}  // namespace

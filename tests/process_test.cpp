@@ -1,0 +1,103 @@
+// The pure rules of the process family: the shell's error texts, the split of a typed line
+// into file and parameters, the command lines, and the entries of a file type.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tools/process.h"
+
+namespace {
+
+using namespace Qm_tools;
+
+TEST(ProcessShellErrors, EveryCodeUpTo32HasItsTextOrNone) {
+  const std::u16string known[] = {
+      u"Zuwenig Speicher, ausführbare Datei war zerstört, Relokationswerte waren ungültig", u"",
+      u"Datei wurde nicht gefunden.", u"Verzeichnis wurde nicht gefunden.", u"",
+      u"Fehler beim Zugriff auf eine Datei oder Verzeichnis im Netz oder Fehler beim Zugriff "
+      u"auf eine gesperrte Datei im Netz. Möglicherweise besteht derzeit kein Netzzugang.",
+      u"Bibliothek forderte separate Datensegmente für jede Task an.", u"",
+      u"Zuwenig Speicher, um die Anwendung zu starten.", u"", u"Falsche Windows-Version.",
+      u"Ungültige ausführbare Datei. Entweder keine Windows-Anwendung oder Fehler in der "
+      u"EXE-Datei.",
+      u"Anwendung für ein anderes Betriebssystem.", u"Anwendung für MS-DOS 4.0.",
+      u"Typ der ausführbaren Datei unbekannt.",
+      u"Versuch, eine Real-Mode-Anwendung (für eine frühere Windows-Version) zu laden.",
+      u"Versuch, eine zweite Instanz einer ausführbaren Datei mit mehreren Datensegmenten, die "
+      u"nicht als nur lesbar gekennzeichnet waren, zu laden.",
+      u"", u"",
+      u"Versuch, eine komprimierte ausführbare Datei zu laden. Die Datei muß dekomprimiert "
+      u"werden, bevor sie geladen werden kann.",
+      u"Ungültige dynamische Linkbibliothek (DLL). Eine der DLLs, die benötigt wurde, um die "
+      u"Anwendung auszuführen, war beschädigt."};
+  for (int code = 0; code <= 32; ++code) {
+    const std::u16string expected = code < 21 ? known[code] : u"";
+    EXPECT_EQ(ShellErrorText(code), expected) << "code " << code;
+  }
+}
+
+TEST(ProcessShellLine, SplitsFileFromParameters) {
+  const std::u16string a300(300, u'a');
+  const std::u16string a255(255, u'a');
+  struct Case {
+    std::u16string line, file, params;
+  } cases[] = {
+      {u"", u"", u""},
+      // A quoted program alone still gets parameters: two double quotes.
+      {u"\"C:\\Prog\\p.exe\"", u"\"C:\\Prog\\p.exe\"", u"\"\""},
+      {u"\"C:\\Prog\\p.exe\"   -x y  ", u"\"C:\\Prog\\p.exe\"", u"\"-x y\""},
+      {u"\"C:\\p.exe\" \"a b\" c", u"\"C:\\p.exe\"", u"\"a b\" c"},
+      {u"C:\\Prog\\p.exe  \"a b\"", u"C:\\Prog\\p.exe", u"\"a b\""},
+      {u"C:\\Daten\\brief.txt", u"C:\\Daten\\brief.txt", u""},
+      // Never closed: the whole line, without quotes, is the file.
+      {u"\"C:\\Prog\\p.exe -x", u"C:\\Prog\\p.exe -x", u""},
+      {u"\"", u"", u""},
+      {u"\"p.exe\" " + a300, u"\"p.exe\"", u"\"" + a255 + u"\""},
+      {u"p.exe \"" + a300, u"p.exe", u"\"" + a300.substr(0, 254)},
+  };
+  for (const Case& c : cases) {
+    const TShellLine split = SplitShellLine(c.line);
+    EXPECT_EQ(split.File, c.file) << std::string(c.line.begin(), c.line.end());
+    EXPECT_EQ(split.Params, c.params) << std::string(c.line.begin(), c.line.end());
+  }
+}
+
+TEST(ProcessShellLine, FailureTextNamesTheFileBetweenBlankLines) {
+  EXPECT_EQ(ShellOpenFailedText(u"x.abc"),
+            u"Konnte Datei \r\rx.abc\r\r nicht öffnen, Dateityp unbekannt!");
+}
+
+TEST(ProcessCommandLines, QuoteAsTheStartersExpect) {
+  EXPECT_EQ(ExecCommandLine(u"C:\\P Q\\p.exe", u""), u"\"C:\\P Q\\p.exe\" \"\"");
+  EXPECT_EQ(ExecCommandLine(u"p.exe", u"a b"), u"\"p.exe\" \"a b\"");
+  EXPECT_EQ(LogonCommandLine(u"C:\\p.exe", u""), u"C:\\p.exe");
+  EXPECT_EQ(LogonCommandLine(u"C:\\p.exe", u"a b"), u"C:\\p.exe \"a b\"");
+}
+
+TEST(ProcessAdmin, OnlyBareDocumentsGoThroughTheirProgram) {
+  EXPECT_TRUE(RunsThroughAssociation(u"C:\\brief.txt", u""));
+  EXPECT_FALSE(RunsThroughAssociation(u"C:\\brief.txt", u"/p"));
+  EXPECT_FALSE(RunsThroughAssociation(u"C:\\SETUP.EXE", u""));
+  EXPECT_FALSE(RunsThroughAssociation(u"C:\\command.com", u""));
+  // Anywhere in the name, as the callers have always relied on.
+  EXPECT_FALSE(RunsThroughAssociation(u"C:\\x.exe.txt", u""));
+}
+
+TEST(ProcessFileType, EntriesWithAndWithoutIcon) {
+  const auto full = FileTypeEntries(u"C:\\P\\p.exe", u"nox", u"C:\\P\\p.exe,0");
+  ASSERT_EQ(full.size(), 3u);
+  EXPECT_EQ(full[0].Key, u".nox");
+  EXPECT_EQ(full[0].Value, u"nox_file");
+  EXPECT_EQ(full[1].Key, u"nox_file\\DefaultIcon");
+  EXPECT_EQ(full[1].Value, u"C:\\P\\p.exe,0");
+  EXPECT_EQ(full[2].Key, u"nox_file\\shell\\open\\command");
+  EXPECT_EQ(full[2].Value, u"\"C:\\P\\p.exe\" \"%1\"");
+
+  const auto bare = FileTypeEntries(u"p.exe", u"nox", u"");
+  ASSERT_EQ(bare.size(), 2u);
+  EXPECT_EQ(bare[1].Key, u"nox_file\\shell\\open\\command");
+}
+
+TEST(ProcessCommandOutput, IsAlwaysEmpty) { EXPECT_EQ(GetCommandOutput(u"cmd /c dir"), u""); }
+
+}  // namespace
