@@ -29,15 +29,25 @@ TMsgDlgButtons MessageBoxButtons(unsigned flags) {
   }
 }
 
+void FillWordList(rtl::TStringList& list, std::u16string_view words) {
+  list.StrictDelimiter = true;
+  list.Delimiter = u',';
+  list.SetDelimitedText(words);
+}
+
+void FillCaptionList(rtl::TStringList& list, int lang) {
+  // Only German and English exist; English is the readable choice for anything else.
+  FillWordList(list, lang == 1 ? ButtonCaptionsGerman : ButtonCaptionsEnglish);
+}
+
 namespace {
 
 // The key list and one caption list, split as the stored lists expect: commas only.
 class TWordTable {
  public:
   explicit TWordTable(int lang) {
-    Split(keys_, ButtonKeys);
-    // Only German and English exist; English is the readable choice for anything else.
-    Split(captions_, lang == 1 ? ButtonCaptionsGerman : ButtonCaptionsEnglish);
+    FillWordList(keys_, ButtonKeys);
+    FillCaptionList(captions_, lang);
   }
 
   std::u16string Caption(std::u16string_view key) const {
@@ -46,12 +56,6 @@ class TWordTable {
   }
 
  private:
-  static void Split(rtl::TStringList& list, std::u16string_view text) {
-    list.StrictDelimiter = true;
-    list.Delimiter = u',';
-    list.SetDelimitedText(text);
-  }
-
   rtl::TStringList keys_;
   rtl::TStringList captions_;
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "dialog/QMMessageDlgVCL.h"
+#include "rtl/classes.h"
 
 namespace QMMessageDlgVCL {
 
@@ -20,6 +21,12 @@ TMsgDlgType MessageBoxKind(unsigned flags);
 // Button set for system message-box flags, by the low nibble: 0 OK, 1 OK Cancel,
 // 2 Abort Retry Ignore, 3 Yes No Cancel, 4 Yes No, 5 Retry Cancel; 6 to 15 OK alone.
 TMsgDlgButtons MessageBoxButtons(unsigned flags);
+
+// Fills `list` from a comma list of words as the dialog keeps them: split on commas only
+// (blanks belong to the words). With `lang` the words of that language: 1 German, any
+// other value English.
+void FillWordList(rtl::TStringList& list, std::u16string_view words);
+void FillCaptionList(rtl::TStringList& list, int lang);
 
 // Caption of a button or header word in a language: lang 1 German, any other value
 // English. A key outside ButtonKeys gives "".

@@ -16,12 +16,6 @@ const TDlgPresenter& CurrentDlgPresenter();
 
 namespace {
 
-void FillWords(rtl::TStringList& list, std::u16string_view words) {
-  list.StrictDelimiter = true;
-  list.Delimiter = u',';
-  list.SetDelimitedText(words);
-}
-
 // A dialog opened from within a dialog takes the globals over while it is shown; the outer
 // one gets them back afterwards.
 class TCurrentDialog {
@@ -50,8 +44,8 @@ int MessageDlgEx(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons 
 
   rtl::TStringList keys;
   rtl::TStringList captions;
-  FillWords(keys, ButtonKeys);
-  FillWords(captions, s.lang == 1 ? ButtonCaptionsGerman : ButtonCaptionsEnglish);
+  FillWordList(keys, ButtonKeys);
+  FillCaptionList(captions, s.lang);
   const TCurrentDialog outer;
 
   ui::Application->ProcessMessages();

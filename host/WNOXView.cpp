@@ -10,6 +10,7 @@
 #include "rtl/handles.h"
 #include "rtl/inifiles.h"
 #include "rtl/unitinit.h"
+#include "tools/paths.h"
 #include "tools/interapp.h"
 
 namespace WNOXView {
@@ -138,7 +139,7 @@ TMainFrame::TMainFrame(ui::TComponent* owner) : ui::TFrame(owner) {
     rtl::TIniFile ini(NOXIniName);
     NOXProg = ini.ReadString(u"PlugInSettings", u"Programlocation", defaultProgram);
   }
-  NOXProg = WithoutTrailingBackslash(NOXProg);
+  NOXProg = Qm_tools::RemoveSlash(NOXProg);  // one backslash, not more
 
   Timer1->SetEnabled(true);
 }

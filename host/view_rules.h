@@ -18,9 +18,6 @@ inline constexpr std::u16string_view kSlaveSuffix = u"\"";
 // dwData of the copy-data message that asks the IDE to open a project.
 inline constexpr std::uintptr_t kOpenProjectMessage = 10023;
 
-// The folder with a backslash appended unless it ends in one; "" stays "" (relative).
-std::u16string WithTrailingBackslash(std::u16string_view folder);
-
 // The shared settings file under the roaming application-data folder.
 //   SettingsFileName(u"C:\\Users\\a\\AppData\\Roaming")
 //     == u"C:\\Users\\a\\AppData\\Roaming\\quillmark\\NOX\\NOX.INI"
@@ -30,8 +27,6 @@ std::u16string SettingsFileName(std::u16string_view appData);
 //   DefaultProgram(u"C:\\IDE\\bin\\bds.exe") == u"C:\\IDE\\bin\\NOXPlugIn.exe"
 std::u16string DefaultProgram(std::u16string_view hostExe);
 
-// A stored location loses one trailing backslash, not more: "C:\\X\\\\" -> "C:\\X\\".
-std::u16string WithoutTrailingBackslash(std::u16string location);
 
 // Parameters for the companion program: Slave "Delphi 13 Florence" "<frame handle>".
 std::u16string SlaveParameters(std::int32_t frameHandle);

@@ -24,12 +24,6 @@ TEST(SpineRules, DefaultProgramLiesBesideTheHost) {
     EXPECT_EQ(DefaultProgram(c.exe), c.program);
 }
 
-TEST(SpineRules, LocationLosesExactlyOneTrailingBackslash) {
-  EXPECT_EQ(WithoutTrailingBackslash(u"C:\\N\\NOXPlugIn.exe\\"), u"C:\\N\\NOXPlugIn.exe");
-  EXPECT_EQ(WithoutTrailingBackslash(u"C:\\N\\\\"), u"C:\\N\\");
-  EXPECT_EQ(WithoutTrailingBackslash(u""), u"");
-}
-
 TEST(SpineRules, CompanionCommandLineCarriesTheFrameHandle) {
   EXPECT_EQ(SlaveParameters(657812), u"Slave \"Delphi 13 Florence\" \"657812\"");
   EXPECT_EQ(kSlavePrefix.size(), 28u);
