@@ -36,7 +36,8 @@ function(nox_win_tests)
   cmake_parse_arguments(A "" "LABEL;PREFIX" "SOURCES;LIBS" ${ARGN})
   if(WIN32)
     if(NOT TARGET win_tests)
-      add_executable(win_tests ${PROJECT_SOURCE_DIR}/tests/unbuffered_output.cpp)
+      add_executable(win_tests ${PROJECT_SOURCE_DIR}/tests/unbuffered_output.cpp
+                               ${PROJECT_SOURCE_DIR}/tests/win_tests.rc)
       target_link_libraries(win_tests PRIVATE GTest::gmock_main)
       # Beside designide.dll, which holds the IDE's globals for every module of a test.
       set_target_properties(win_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)

@@ -25,6 +25,14 @@ class Exception : public std::runtime_error {
   std::u16string message_;
 };
 
+// A file operation of the system that failed; ErrorCode is the system's error number.
+class EInOutError : public Exception {
+ public:
+  EInOutError(const std::u16string& message, unsigned long errorCode)
+      : Exception(message), ErrorCode(errorCode) {}
+  unsigned long ErrorCode;
+};
+
 // A text that is not the number it should be.
 class EConvertError : public Exception {
  public:

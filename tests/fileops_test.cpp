@@ -44,12 +44,6 @@ TEST(FileOpsDates, DaysAndTimesThatDoNotExistRaise) {
   EXPECT_NO_THROW(rtl::EncodeDate(2024, 2, 29));
 }
 
-TEST(FileOpsDates, NowIsTodayToTheMillisecond) {
-  const TDateTime now = rtl::Now();
-  EXPECT_GT(now, rtl::EncodeDate(2020, 1, 1));
-  EXPECT_LT(now, rtl::EncodeDate(2200, 1, 1));
-}
-
 TEST(FileOpsDosDate, PacksFieldsAndDropsOddSeconds) {
   const TDateTime dt = rtl::EncodeDateTime(2024, 2, 29, 13, 45, 31, 999);
   const auto dos = static_cast<std::uint32_t>(rtl::DateTimeToFileDate(dt));

@@ -99,6 +99,20 @@ TEST_F(FileOpsWin, CopyOfAReadOnlyFileIsReadOnlyAndTheSourceStaysSo) {
   EXPECT_TRUE(IsWriteProtect(In(u"src.txt")));
   EXPECT_TRUE(IsWriteProtect(In(u"new\\deeper\\copy.txt")));
   EXPECT_EQ(Attributes(In(u"new\\deeper\\copy.txt")) & FILE_ATTRIBUTE_ARCHIVE, FILE_ATTRIBUTE_ARCHIVE);
+  // A copy the system refuses (here: the copy is held open by someone) reaches the
+  // caller; the source is locked again all the same.
+  WriteBytes(In(u"src2.txt"), "other");
+  SetFileAttributesW(W(In(u"src2.txt")), FILE_ATTRIBUTE_READONLY);
+  SetFileAttributesW(W(In(u"new\\deeper\\copy.txt")), FILE_ATTRIBUTE_NORMAL);
+  {
+    const HANDLE held = CreateFileW(W(In(u"new\\deeper\\copy.txt")), GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    EXPECT_THROW(qm_CopyFile(In(u"src2.txt"), In(u"new\\deeper\\copy.txt")), rtl::EInOutError);
+    CloseHandle(held);
+  }
+  EXPECT_TRUE(IsWriteProtect(In(u"src2.txt")));
+  EXPECT_EQ(ReadBytes(In(u"new\\deeper\\copy.txt")), "payload");
   // Nothing to copy is no failure.
   EXPECT_TRUE(qm_CopyFile(In(u"none.txt"), In(u"other\\none.txt")));
   EXPECT_FALSE(qm_FileExists(In(u"other\\none.txt")));
@@ -205,12 +219,12 @@ TEST_F(FileOpsWin, ErrorTextsNameTheNumber) {
 TEST_F(FileOpsWin, BuildNumberComesFromTheRunningProgram) {
   wchar_t exe[MAX_PATH];
   GetModuleFileNameW(nullptr, exe, MAX_PATH);
-  const std::u16string self(reinterpret_cast<const char16_t*>(exe));
-  DWORD dummy = 0;
-  // The test program carries no version resource: no build number, whatever file is named.
-  ASSERT_EQ(GetFileVersionInfoSizeW(exe, &dummy), 0u);
-  EXPECT_EQ(GetBuildNumber(self), u"");
-  EXPECT_EQ(GetBuildNumber(u"C:\\windows\\system32\\kernel32.dll"), u"");
+  // The test program's version record says 3.1.4.1592. Any file that has a version record
+  // gives the running program's build; one without gives none.
+  EXPECT_EQ(GetBuildNumber(reinterpret_cast<const char16_t*>(exe)), u"1592");
+  EXPECT_EQ(GetBuildNumber(u"C:\\windows\\system32\\kernel32.dll"), u"1592");
+  WriteBytes(In(u"plain.dll"), "no resources");
+  EXPECT_EQ(GetBuildNumber(In(u"plain.dll")), u"");
   EXPECT_EQ(GetBuildNumber(In(u"missing.dll")), u"");
 }
 

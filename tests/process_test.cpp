@@ -98,6 +98,4 @@ TEST(ProcessFileType, EntriesWithAndWithoutIcon) {
   EXPECT_EQ(bare[1].Key, u"nox_file\\shell\\open\\command");
 }
 
-TEST(ProcessCommandOutput, IsAlwaysEmpty) { EXPECT_EQ(GetCommandOutput(u"cmd /c dir"), u""); }
-
 }  // namespace

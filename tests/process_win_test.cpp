@@ -118,6 +118,43 @@ TEST(ProcessWinShell, MissingFileShowsTheShellsReasonAndStillSucceeds) {
   EXPECT_EQ(messages.shown[0], u"Datei wurde nicht gefunden.");
 }
 
+TEST(ProcessWinShell, ACodeWithoutATextShowsAnEmptyMessage) {
+  // An existing file of a type nothing is registered for: "no association".
+  const std::u16string file = TempFolder() + u"nox_process_test.noxnoassoc";
+  {
+    const rtl::unique_hfile h(CreateFileW(W(file), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(h);
+  }
+  ShownMessages messages;
+  EXPECT_TRUE(qm_ShellExecute(0, u"open", file, u"", u"", SW_SHOWNORMAL));
+  DeleteFileW(W(file));
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0], u"");
+}
+
+TEST(ProcessWinShell, AQuotedProgramAloneGetsTwoQuotesAsParameters) {
+  const std::u16string record = TempFolder() + u"nox_process_shell.txt";
+  DeleteFileW(W(record));
+  SetEnvironmentVariableW(L"NOX_RECORD_FILE", W(record));
+  ShownMessages messages;
+  Shellparaline(u"\"" + kRecordArgs + u"\"");
+  SetEnvironmentVariableW(L"NOX_RECORD_FILE", nullptr);
+  // The shell starts the program and returns: wait for its record.
+  std::string text;
+  for (int i = 0; i < 300 && text.find('\n') == std::string::npos; ++i) {
+    Sleep(100);
+    const rtl::unique_hfile h(CreateFileW(W(record), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                          OPEN_EXISTING, 0, nullptr));
+    char buffer[4096];
+    DWORD read = 0;
+    if (h && ReadFile(h.get(), buffer, sizeof(buffer), &read, nullptr)) text.assign(buffer, read);
+  }
+  DeleteFileW(W(record));
+  EXPECT_TRUE(messages.shown.empty());
+  EXPECT_TRUE(text.substr(0, text.find('\n')).ends_with(R"(recordargs.exe" "")")) << text;
+}
+
 TEST(ProcessWinExec, StartsTheProgramQuotedInItsFolder) {
   const std::string program = rtl::Utf16ToUtf8(kRecordArgs);
   std::string folder = rtl::Utf16ToUtf8(rtl::ExtractFilePath(kRecordArgs));
@@ -205,7 +242,8 @@ TEST(ProcessWinLink, ReadsTargetAndArgumentsOfALink) {
 TEST(ProcessWinFileType, WritesTheThreeKeys) {
   const std::string ext = "noxt" + std::to_string(GetCurrentProcessId());
   const std::u16string ext16 = rtl::Utf8ToUtf16(ext);
-  RegisterFileType("C:\\Nox\\nox.exe", "ignored", ext, "C:\\Nox\\nox.exe,1");
+  // The 8-bit texts are ANSI (code page 1252 under Wine): 0xFC is a u-umlaut.
+  RegisterFileType("C:\\N\xFCx\\nox.exe", "ignored", ext, "C:\\Nox\\nox.exe,1");
 
   rtl::TRegistry registry(KEY_READ);
   registry.SetRootKey(HKEY_CLASSES_ROOT);
@@ -214,7 +252,7 @@ TEST(ProcessWinFileType, WritesTheThreeKeys) {
   ASSERT_TRUE(registry.OpenKeyReadOnly(u"\\" + ext16 + u"_file\\DefaultIcon"));
   EXPECT_EQ(registry.ReadString(u""), u"C:\\Nox\\nox.exe,1");
   ASSERT_TRUE(registry.OpenKeyReadOnly(u"\\" + ext16 + u"_file\\shell\\open\\command"));
-  EXPECT_EQ(registry.ReadString(u""), u"\"C:\\Nox\\nox.exe\" \"%1\"");
+  EXPECT_EQ(registry.ReadString(u""), u"\"C:\\Nüx\\nox.exe\" \"%1\"");
   registry.CloseKey();
 
   rtl::TRegistry cleanup;

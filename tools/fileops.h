@@ -54,10 +54,11 @@ std::u16string CompareFilesText(const std::vector<std::uint8_t>& Data1, std::u16
 // Copies Source over Dest with Source's attributes, creating Dest's folder; a read-only
 // Source is unlocked for the copy and locked again. False when the folder cannot be made
 // or Dest is missing after the copy; true when Source does not exist (nothing to do).
+// rtl::EInOutError when the system refuses the copy (Dest locked or read-only, disk full).
 bool qm_CopyFile(const std::u16string& Source, const std::u16string& Dest);
 // Moves Source to Dest, creating Dest's folder; where the system cannot move (another
 // drive), copies, deletes Source and gives Dest Source's attributes. False on any failing
-// step.
+// step; a copy the system refuses raises as in qm_CopyFile.
 bool qm_MoveFile(const std::u16string& Source, const std::u16string& Dest);
 // Deletes a folder with its contents through the shell, without asking; true on success.
 bool DelDir(const std::u16string& Dir);

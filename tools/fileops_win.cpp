@@ -100,7 +100,15 @@ bool qm_CopyFile(const std::u16string& Source, const std::u16string& Dest) {
   const bool unlocked = attr != INVALID_FILE_ATTRIBUTES && (attr & FILE_ATTRIBUTE_READONLY);
   if (unlocked) SetFileAttributesW(W(Source), attr & ~FILE_ATTRIBUTE_READONLY);
   if (attr != INVALID_FILE_ATTRIBUTES) {
-    CopyFileW(W(Source), W(Dest), FALSE);
+    if (!CopyFileW(W(Source), W(Dest), FALSE)) {
+      // A locked or read-only Dest, a full disk: the caller learns why. Source gets its
+      // read-only bit back first.
+      const DWORD code = GetLastError();
+      if (unlocked) SetFileAttributesW(W(Source), attr);
+      throw rtl::EInOutError(u"Kopieren von " + Source + u" nach " + Dest +
+                                 u" fehlgeschlagen: " + SystemErrorText(code),
+                             code);
+    }
     if (GetFileAttributesW(W(Dest)) == INVALID_FILE_ATTRIBUTES) {
       if (unlocked) SetFileAttributesW(W(Source), attr);
       return false;
@@ -287,7 +295,8 @@ bool ConnectWithNetPath(const std::u16string& RemotePath) {
 
 bool GetFileListFromClipBoard(rtl::TStrings& List) {
   if (!IsClipboardFormatAvailable(CF_HDROP)) return false;
-  if (!OpenClipboard(nullptr)) return false;
+  ui::TCustomForm* mainForm = ui::Application->MainForm();
+  if (!OpenClipboard(mainForm ? mainForm->Handle() : nullptr)) return false;
   if (const auto drop = static_cast<HDROP>(GetClipboardData(CF_HDROP))) {
     const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
     for (UINT i = 0; i < count; ++i) {

@@ -103,7 +103,8 @@ std::u16string GetExeForFile(const std::u16string& file);
 // cannot be read.
 std::u16string GetExeFromLink(const std::u16string& link, std::u16string& arguments);
 // Registers a file type under HKEY_CLASSES_ROOT (see FileTypeEntries). The 8-bit texts
-// are UTF-8; the second argument is not used.
+// are in the system's ANSI code page, as the narrow Win32 calls take them; the second
+// argument is not used.
 void RegisterFileType(const std::string& program, const std::string& unused,
                       const std::string& extension, const std::string& icon);
 #endif

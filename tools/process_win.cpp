@@ -9,6 +9,7 @@
 #include <string>
 
 #include "dialog/QMMessageDlgVCL.h"
+#include "rtl/encoding.h"
 #include "rtl/handles.h"
 #include "rtl/registry.h"
 #include "rtl/sysutils.h"
@@ -24,6 +25,12 @@ const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_
 const wchar_t* WOrNull(const std::u16string& s) { return s.empty() ? nullptr : W(s); }
 std::u16string U(const wchar_t* s) { return reinterpret_cast<const char16_t*>(s); }
 HWND Hwnd(std::uintptr_t wnd) { return reinterpret_cast<HWND>(wnd); }
+
+// An 8-bit text of the ANSI code page as UTF-16.
+std::u16string Widened(const std::string& s) {
+  return rtl::TEncoding::ANSI()->GetString(reinterpret_cast<const std::uint8_t*>(s.data()),
+                                           s.size());
+}
 
 int ShellCode(HINSTANCE result) { return static_cast<int>(reinterpret_cast<INT_PTR>(result)); }
 
@@ -194,8 +201,7 @@ void RegisterFileType(const std::string& program, const std::string& /*unused*/,
   rtl::TRegistry registry;
   registry.SetRootKey(HKEY_CLASSES_ROOT);
   for (const TRegistryEntry& entry :
-       FileTypeEntries(rtl::Utf8ToUtf16(program), rtl::Utf8ToUtf16(extension),
-                       rtl::Utf8ToUtf16(icon))) {
+       FileTypeEntries(Widened(program), Widened(extension), Widened(icon))) {
     if (registry.OpenKey(u"\\" + entry.Key, true)) registry.WriteString(u"", entry.Value);
     registry.CloseKey();
   }
