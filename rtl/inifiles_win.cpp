@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "rtl/inifiles.h"
+#include "rtl/meminifile.h"
 #include "rtl/ustring.h"
 
 namespace rtl {
@@ -34,27 +35,6 @@ void ReadList(const wchar_t* section, const std::u16string& fileName, TStrings& 
   lines.EndUpdate();
 }
 
-// Hexadecimal digits after a "0x" or "$" prefix (already removed), as the framework's
-// string-to-integer conversion reads them; false for anything else.
-bool HexValue(std::u16string_view digits, bool negative, int& value) {
-  if (digits.empty() || digits.size() > 8) return false;
-  unsigned result = 0;
-  for (char16_t c : digits) {
-    unsigned d;
-    if (c >= u'0' && c <= u'9')
-      d = c - u'0';
-    else if (c >= u'a' && c <= u'f')
-      d = c - u'a' + 10;
-    else if (c >= u'A' && c <= u'F')
-      d = c - u'A' + 10;
-    else
-      return false;
-    result = result * 16 + d;
-  }
-  value = static_cast<int>(negative ? 0u - result : result);
-  return true;
-}
-
 }  // namespace
 
 TIniFile::TIniFile(std::u16string fileName) : fileName_(std::move(fileName)) {}
@@ -77,16 +57,7 @@ void TIniFile::WriteString(const std::u16string& section, const std::u16string& 
 
 int TIniFile::ReadInteger(const std::u16string& section, const std::u16string& ident,
                           int fallback) const {
-  const std::u16string text = Trim(ReadString(section, ident, u""));
-  std::u16string_view digits(text);
-  const bool negative = !digits.empty() && digits.front() == u'-';
-  if (negative || (!digits.empty() && digits.front() == u'+')) digits.remove_prefix(1);
-  int value;
-  if (digits.starts_with(u"0x") || digits.starts_with(u"0X"))
-    return HexValue(digits.substr(2), negative, value) ? value : fallback;
-  if (digits.starts_with(u"$"))
-    return HexValue(digits.substr(1), negative, value) ? value : fallback;
-  return StrToIntDef(text, fallback);
+  return IniStrToInt(ReadString(section, ident, u""), fallback);
 }
 
 void TIniFile::WriteInteger(const std::u16string& section, const std::u16string& ident, int value) {

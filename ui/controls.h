@@ -96,6 +96,12 @@ enum class TStyleElement { seFont, seClient, seBorder };
 using enum TStyleElement;
 using TStyleElements = std::set<TStyleElement>;
 
+// The smallest and largest size a control should take; 0 means no limit. The window
+// routines of the tool library read them when they restore a saved size.
+struct TSizeConstraints {
+  int MinWidth = 0, MinHeight = 0, MaxWidth = 0, MaxHeight = 0;
+};
+
 // A control: bounds in its parent's client coordinates, alignment, visibility, colour and
 // font. The plain fields (Color, Font, Margins...) are read at each paint and layout;
 // after changing them on a control already shown, call Invalidate() or the parent's
@@ -125,6 +131,7 @@ class TControl : public TComponent {
   void SetAlign(TAlign align);
   bool AlignWithMargins = false;
   TMargins Margins;
+  TSizeConstraints Constraints;
 
   bool Visible() const { return visible_; }
   virtual void SetVisible(bool visible);

@@ -8,6 +8,7 @@
 
 #include "ui/canvas.h"
 #include "ui/controls.h"
+#include "ui/screen.h"
 
 namespace ui {
 
@@ -46,6 +47,9 @@ using TCloseEvent = std::function<void(TObject* sender, TCloseAction& action)>;
 
 enum class TFormStyle { fsNormal, fsStayOnTop };
 using enum TFormStyle;
+
+enum class TWindowState { wsNormal, wsMinimized, wsMaximized };
+using enum TWindowState;
 
 // A modal result: the value a modal form closes with. 0 keeps it open.
 using TModalResult = int;
@@ -89,6 +93,13 @@ class TCustomForm : public TWinControl {
   // The canvas of the form, measuring in the form's font.
   TCanvas& Canvas();
 
+  // Normal, minimised or maximised, as the window is now; setting it shows the window in
+  // that state when it is visible, and applies it when it appears otherwise.
+  TWindowState WindowState() const;
+  void SetWindowState(TWindowState state);
+  // The monitor the form lies on most (the nearest when on none).
+  TMonitor Monitor();
+
   TPosition Position = poDefaultPosOnly;
   TFormBorderStyle BorderStyle = bsSizeable;
   TFormStyle FormStyle = fsNormal;
@@ -110,6 +121,7 @@ class TCustomForm : public TWinControl {
 
   TCanvas canvas_;
   bool modal_ = false;
+  TWindowState windowState_ = wsNormal;
 };
 
 class TForm : public TCustomForm {

@@ -104,6 +104,18 @@ TRect TCustomForm::ClientRect() const {
   return {0, 0, Width() - (frame.right - frame.left), Height() - (frame.bottom - frame.top)};
 }
 
+namespace {
+
+int ShowCommand(TWindowState state) {
+  switch (state) {
+    case wsMinimized: return SW_MINIMIZE;
+    case wsMaximized: return SW_SHOWMAXIMIZED;
+    default: return SW_SHOWNORMAL;
+  }
+}
+
+}  // namespace
+
 void TCustomForm::SetClientSize(int width, int height) {
   RECT r{0, 0, width, height};
   AdjustWindowRectEx(&r, Style(), FALSE, ExStyle());
@@ -118,10 +130,28 @@ void TCustomForm::SetVisible(bool visible) {
   }
   visible_ = visible;
   if (visible)
-    ShowWindow(Handle(), SW_SHOWNORMAL);
+    ShowWindow(Handle(), ShowCommand(windowState_));
   else if (HandleAllocated())
     ShowWindow(Handle(), SW_HIDE);
 }
+
+TWindowState TCustomForm::WindowState() const {
+  if (!HandleAllocated()) return windowState_;
+  // The window exists, so asking for it makes nothing.
+  const HWND wnd = const_cast<TCustomForm*>(this)->Handle();
+  if (!IsWindowVisible(wnd)) return windowState_;
+  if (IsIconic(wnd)) return wsMinimized;
+  if (IsZoomed(wnd)) return wsMaximized;
+  return wsNormal;
+}
+
+void TCustomForm::SetWindowState(TWindowState state) {
+  windowState_ = state;
+  // Shown by the form or by anyone else: the window takes the state now.
+  if (HandleAllocated() && IsWindowVisible(Handle())) ShowWindow(Handle(), ShowCommand(state));
+}
+
+TMonitor TCustomForm::Monitor() { return Screen->MonitorFromWindow(Handle()); }
 
 TCanvas& TCustomForm::Canvas() {
   canvas_.Font = ResolvedFont();

@@ -1,0 +1,131 @@
+// The rules of the INI settings family: section names and record texts, and where a saved
+// window comes back on the screens there are now.
+#include <gtest/gtest.h>
+
+#include "rtl/sysutils.h"
+#include "tools/inisettings.h"
+
+namespace {
+
+using namespace Qm_tools;
+
+TEST(IniSettingsRecord, TextsAndTheirReading) {
+  EXPECT_EQ(WindowPosSection(1920, 1080, u"BUILDPC"), u"1920x1080:BUILDPC:WinPos");
+  EXPECT_EQ(WindowPosValue({10, 20, 810, 620, 1}), u"10^20^810^620^1^");
+  EXPECT_EQ(WindowPosValue({-8, -8, 1928, 1048, 3}), u"-8^-8^1928^1048^3^");
+
+  TWindowPosRecord rec{1, 2, 3, 4, 5};
+  EXPECT_FALSE(ReadWindowPosValue(u"", rec));
+  EXPECT_EQ(rec.ShowCmd, 5) << "untouched";
+  ASSERT_TRUE(ReadWindowPosValue(u"-8^-8^1928^1048^3^", rec));
+  EXPECT_EQ(WindowPosValue(rec), u"-8^-8^1928^1048^3^");
+  // A record that is there but not five integers raises, and changes nothing.
+  EXPECT_THROW(ReadWindowPosValue(u"10^20^810^620^", rec), rtl::EConvertError);
+  EXPECT_THROW(ReadWindowPosValue(u"x", rec), rtl::EConvertError);
+  EXPECT_EQ(rec.Left, -8);
+}
+
+TEST(IniSettingsRecord, SavedRectangleMovesByTheFormsOffsetWhenCorrected) {
+  // Work area starting 40 pixels down: the placement says 100, the form stands at 140.
+  const TWindowPosRecord moved = SavedWindowPos({50, 100, 450, 400}, 1, 50, 140, true);
+  EXPECT_EQ(WindowPosValue(moved), u"50^140^450^440^1^");
+  EXPECT_EQ(WindowPosValue(SavedWindowPos({50, 100, 450, 400}, 3, -8, -8, false)),
+            u"50^100^450^400^3^");
+}
+
+// One 1280x1024 monitor with a 30-pixel task bar at the bottom.
+TRestoreScreen Single() {
+  TRestoreScreen s;
+  s.MonitorWidth = 1280;
+  s.MonitorHeight = 1024;
+  s.MonitorWorkArea = {0, 0, 1280, 994};
+  s.PrimaryWorkArea = {0, 0, 1280, 994};
+  s.DesktopLeft = 0;
+  s.DesktopWidth = 1280;
+  s.VirtualScreen = {0, 0, 1280, 1024};
+  s.PrimaryWidth = 1280;
+  return s;
+}
+
+std::tuple<int, int, int, int> Bounds(const TRestoredBounds& b) {
+  return {b.Left, b.Top, b.Width, b.Height};
+}
+
+TEST(IniSettingsRestore, FullRestoreKeepsTheFormOnTheWorkArea) {
+  const TRestoreScreen s = Single();
+  using B = std::tuple<int, int, int, int>;
+  // Fits: unchanged.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 810, 620, 1}, s, 0, 0, false)), B(10, 20, 800, 600));
+  // Saved on a wider desktop: the monitor's width from the left edge.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({300, 20, 1800, 620, 1}, s, 0, 0, false)), B(0, 20, 1280, 600));
+  // Taller than the monitor: from the top, then cut to the work area.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 200, 810, 1100, 1}, s, 0, 0, false)), B(10, 0, 800, 994));
+  // Within 8 pixels beyond is tolerated; the form is then pushed back inside.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({488, 20, 1288, 620, 1}, s, 0, 0, false)), B(480, 20, 800, 600));
+  // Too small: 100 x 60 at the least, or the form's larger minimum.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 30, 30, 1}, s, 0, 0, false)), B(10, 20, 100, 60));
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 30, 30, 1}, s, 300, 50, false)), B(10, 20, 300, 60));
+  // Left of the desktop: to the work area's left edge.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({-500, 20, -100, 320, 1}, s, 0, 0, false)), B(0, 20, 400, 300));
+  // Low on the screen: pushed up until it fits. (The rule that keeps the top 40 pixels
+  // above the bottom never acts after that: a form is at least 60 pixels tall.)
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 990, 810, 1000, 1}, s, 0, 10, false)), B(10, 934, 800, 60));
+}
+
+TEST(IniSettingsRestore, TopTaskBarAndTheVariants) {
+  TRestoreScreen s = Single();
+  s.PrimaryWorkArea = s.MonitorWorkArea = {0, 40, 1280, 1024};
+  using B = std::tuple<int, int, int, int>;
+  // More than 15 pixels above the work area: just below the task bar, then inside it.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 10, 410, 310, 1}, s, 0, 0, false)), B(10, 41, 400, 300));
+  // Not more than 15 above: only the push into the work area moves it.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 30, 410, 330, 1}, s, 0, 0, false)), B(10, 40, 400, 300));
+  // The not-minimised variant keeps the corner of a rectangle beyond the desktop.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({300, 100, 1800, 400, 1}, s, 0, 0, true)),
+            B(300, 100, 980, 300));
+  // No monitor: the virtual screen bounds the form.
+  s.MonitorFound = false;
+  s.VirtualScreen = {0, 0, 640, 480};
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 100, 810, 700, 1}, s, 0, 0, false)), B(0, 0, 640, 480));
+}
+
+TEST(IniSettingsRestore, CornerOnlyRules) {
+  TRestoreScreen s = Single();
+  auto corner = [&](TWindowPosRecord r, bool ini) {
+    const ui::TRect c = ini ? RestoreWindowCornerIni(r, s) : RestoreWindowCorner(r, s);
+    return std::pair(c.Left, c.Top);
+  };
+  EXPECT_EQ(corner({100, 50, 2000, 1100, 1}, false), std::pair(0, 0));
+  EXPECT_EQ(corner({-3000, 50, 0, 100, 1}, false), std::pair(0, 50));
+  EXPECT_EQ(corner({1300, 50, 1400, 100, 1}, false), std::pair(0, 50));
+  s.PrimaryWorkArea = {60, 40, 1280, 1024};
+  EXPECT_EQ(corner({100, 10, 400, 300, 1}, false), std::pair(100, 41));
+  // The Ini variant counts from the work area and tests only the primary width.
+  EXPECT_EQ(corner({100, 10, 9999, 9999, 1}, true), std::pair(160, 50));
+  EXPECT_EQ(corner({1250, 10, 0, 0, 1}, true), std::pair(60, 50));
+}
+
+TEST(IniSettingsRestore, ShowCommandTwoDependsOnTheRoutine) {
+  EXPECT_EQ(RestoredWindowState(2, false), TRestoreState::rsNormal);
+  EXPECT_EQ(RestoredWindowState(2, true), TRestoreState::rsMinimized);
+  EXPECT_EQ(RestoredWindowState(3, false), TRestoreState::rsMaximized);
+  EXPECT_EQ(RestoredWindowState(1, true), TRestoreState::rsNormal);
+  EXPECT_EQ(RestoredWindowState(7, false), TRestoreState::rsKeep);
+}
+
+TEST(IniSettingsFiles, ListBoundsProbesAndMessage) {
+  EXPECT_EQ(PersistItemCount(3, 1), 2);
+  EXPECT_EQ(PersistItemCount(3, 5), 3);
+  EXPECT_EQ(PersistItemCount(0, 5), 0);
+  EXPECT_EQ(PersistItemCount(3, -1), 0);
+  EXPECT_EQ(DriveProbeFile(u"D:\\Daten\\x"), u"D:\\jjhhuu.ini");
+  EXPECT_EQ(DriveProbeFile(u"D:"), u"D:\\jjhhuu.ini");
+  EXPECT_EQ(DriveProbeFile(u"\\\\srv\\share"), u"\\\\jjhhuu.ini") << "the first two, whatever";
+  EXPECT_EQ(AppIniFolder(u"C:\\P\\app.INI"), u"C:\\P\\");
+  EXPECT_EQ(AppIniFolder(u""), u"");
+  EXPECT_EQ(WritePosFailedText(u"C:\\x.ini"),
+            u"Nach C:\\x.ini konnte nicht geschrieben werden!\r\r"
+            u"Möglicherweise bestehen keine Schreibrechte des Anwenders.");
+}
+
+}  // namespace

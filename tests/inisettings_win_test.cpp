@@ -1,0 +1,220 @@
+// The INI settings family on real files and real forms, under Wine: values with their
+// empty-argument rules, persisted lists, the write probes, and forms whose position is
+// saved, clamped and restored with their state.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dialog/QMMessageDlgVCL.h"
+#include "rtl/inifiles.h"
+#include "rtl/meminifile.h"
+#include "rtl/sysutils.h"
+#include "tools/inisettings.h"
+#include "tools/paths.h"
+#include "tools/qm_globals.h"
+#include "tools/sysinfo.h"
+#include "ui/application.h"
+#include "ui/forms.h"
+
+namespace {
+
+using namespace Qm_tools;
+
+const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+
+class IniSettingsWin : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    wchar_t tmp[MAX_PATH];
+    const DWORD n = GetTempPathW(MAX_PATH, tmp);
+    folder_ = chkPath(std::u16string(reinterpret_cast<const char16_t*>(tmp), n)) +
+              u"inisettings_test_" + rtl::IntToStr(GetCurrentProcessId()) + u"\\";
+    CreateDirectoryW(W(folder_), nullptr);
+    savedIni_ = AppIniName;
+    AppIniName = folder_ + u"app.INI";
+    savedPresenter_ = QMMessageDlgVCL::SetDlgPresenter(
+        [this](const std::u16string& msg, QMMessageDlgVCL::TMsgDlgType,
+               QMMessageDlgVCL::TMsgDlgButtons, int) {
+          shown_.push_back(msg);
+          return QMMessageDlgVCL::mrOk;
+        });
+  }
+  void TearDown() override {
+    form_.reset();
+    QMMessageDlgVCL::SetDlgPresenter(savedPresenter_);
+    AppIniName = savedIni_;
+    WIN32_FIND_DATAW data;
+    const HANDLE h = FindFirstFileW(W(folder_ + u"*"), &data);
+    if (h != INVALID_HANDLE_VALUE) {
+      do DeleteFileW(W(folder_ + reinterpret_cast<const char16_t*>(data.cFileName)));
+      while (FindNextFileW(h, &data));
+      FindClose(h);
+    }
+    RemoveDirectoryW(W(folder_));
+  }
+
+  std::u16string Raw(const std::u16string& file, const std::u16string& section,
+                     const std::u16string& key) const {
+    return rtl::TIniFile(file).ReadString(section, key, u"<none>");
+  }
+  // The section of the primary monitor on this computer.
+  static std::u16string Section() {
+    return WindowPosSection(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
+                            GetThisComputerName());
+  }
+  // A sizeable form on the screen at (left, top), not activated.
+  ui::TForm& Form(int left, int top, int width, int height) {
+    form_ = std::make_unique<ui::TForm>(nullptr);
+    form_->Position = ui::poDesigned;
+    form_->SetBounds(left, top, width, height);
+    ShowWindow(form_->Handle(), SW_SHOWNOACTIVATE);
+    ui::Application->ProcessMessages();
+    return *form_;
+  }
+  static std::vector<int> Bounds(const ui::TForm& f) {
+    return {f.Left(), f.Top(), f.Width(), f.Height()};
+  }
+
+  std::u16string folder_;
+  std::u16string savedIni_;
+  std::vector<std::u16string> shown_;
+  QMMessageDlgVCL::TDlgPresenter savedPresenter_;
+  std::unique_ptr<ui::TForm> form_;
+};
+
+TEST_F(IniSettingsWin, ValuesAndTheirEmptyArgumentRules) {
+  SaveIniStr(u"S", u"name", u"Wert");
+  SaveIniInt(u"S", u"n", -12);
+  SaveIniBool(u"S", u"on", true);
+  EXPECT_EQ(GetIniStr(u"S", u"name", u"def"), u"Wert");
+  EXPECT_EQ(GetIniStr(u"S", u"missing", u"def"), u"def");
+  EXPECT_EQ(GetIniStr(u"", u"name", u"def"), u"") << "not the default";
+  EXPECT_EQ(GetIniStr(u"S", u"", u"def"), u"");
+  EXPECT_EQ(GetIniInt(u"S", u"n", 0), -12);
+  EXPECT_TRUE(GetIniBool(u"S", u"on", false));
+  EXPECT_EQ(Raw(AppIniName, u"S", u"on"), u"1");
+  rtl::TIniFile ini(AppIniName);
+  EXPECT_EQ(CountEntries(ini, u"S"), 3);
+  EXPECT_EQ(CountEntries(ini, u"none"), 0);
+
+  SaveFileIniStr(u"other.ini", u"O", u"k", u"v");
+  EXPECT_EQ(Raw(folder_ + u"other.ini", u"O", u"k"), u"v") << "beside the application's file";
+  EXPECT_EQ(GetFileIniStr(u"other.ini", u"O", u"k", u"def"), u"v");
+  EXPECT_EQ(GetFileIniStr(u"other.ini", u"O", u"", u"def"), u"");
+  SaveFileIniStr(u"", u"O", u"k", u"v");
+  SaveFileIniStr(u"third.ini", u"", u"k", u"v");
+  EXPECT_FALSE(FileExists(folder_ + u"third.ini"));
+  EXPECT_EQ(GetIniFileIniStr(folder_ + u"other.ini", u"O", u"k", u"def"), u"v");
+  EXPECT_TRUE(GetIniFileIniBool(folder_ + u"other.ini", u"O", u"x", true));
+}
+
+TEST_F(IniSettingsWin, PersistedListsAndTheWriteProbes) {
+  SaveIniStr(u"L", u"Item9", u"old");
+  rtl::TStringList list;
+  for (const char16_t* s : {u"a", u"b", u"c"}) list.Add(s);
+  qm_SavePersist(list, u"L", 1);
+  EXPECT_EQ(Raw(AppIniName, u"L", u"Item2"), u"b");
+  EXPECT_EQ(Raw(AppIniName, u"L", u"Item3"), u"<none>") << "MaxIndex is an index";
+  EXPECT_EQ(Raw(AppIniName, u"L", u"Item9"), u"<none>") << "the section was erased";
+  qm_SavePersist(list, u"L", 5);
+  rtl::TStringList loaded;
+  loaded.Add(u"stale");
+  qm_LoadPersist(loaded, u"L");
+  EXPECT_EQ(loaded.CommaText(), u"a,b,c");
+  rtl::TIniFile(AppIniName).DeleteKey(u"L", u"Item2");
+  qm_LoadPersist(loaded, u"L");
+  EXPECT_EQ(loaded.CommaText(), u"a") << "the first gap ends the list";
+
+  EXPECT_TRUE(CanWriteAppIni());
+  EXPECT_FALSE(FileExists(folder_ + u"IniTest"));
+  EXPECT_TRUE(CanWriteAFile(folder_ + u"x.txt"));
+  EXPECT_FALSE(FileExists(folder_.substr(0, 3) + u"jjhhuu.ini"));
+  AppIniName = folder_ + u"missing\\app.INI";
+  EXPECT_FALSE(CanWriteAppIni());
+}
+
+TEST_F(IniSettingsWin, APositionComesBackOnTheSameScreenAndComputerOnly) {
+  const std::u16string ini = folder_ + u"pos.ini";
+  ui::TForm& form = Form(100, 120, 400, 300);
+  SaveWindowPos(form, ini, u"Main");
+  EXPECT_EQ(Raw(ini, Section(), u"Main"), u"100^120^500^420^1^");
+  EXPECT_TRUE(shown_.empty());
+
+  form.SetBounds(10, 10, 200, 200);
+  EXPECT_TRUE(RestoreWindowPos(form, ini, u"Main", true));
+  EXPECT_EQ(Bounds(form), (std::vector<int>{100, 120, 400, 300}));
+
+  // Saved at another resolution: not seen here, and the form stays.
+  rtl::TIniFile(ini).WriteString(WindowPosSection(1920, 1080, GetThisComputerName()), u"Wide",
+                                 u"0^0^1920^1040^3^");
+  form.SetBounds(10, 10, 200, 200);
+  EXPECT_FALSE(RestoreWindowPos(form, ini, u"Wide", true));
+  EXPECT_FALSE(RestoreWindowLeftTopPos(form, ini, u"Wide", true));
+  EXPECT_EQ(Bounds(form), (std::vector<int>{10, 10, 200, 200}));
+}
+
+TEST_F(IniSettingsWin, RestoringClampsTheSizeAndAppliesTheState) {
+  const std::u16string ini = folder_ + u"pos.ini";
+  rtl::TIniFile(ini).WriteString(Section(), u"Tiny", u"10^20^30^30^3^");
+  rtl::TIniFile(ini).WriteString(Section(), u"Mini", u"50^60^350^260^2^");
+  ui::TForm& form = Form(200, 200, 300, 300);
+  form.Constraints.MinWidth = 150;
+  ASSERT_TRUE(RestoreWindowPos(form, ini, u"Tiny", false));
+  EXPECT_EQ(Bounds(form), (std::vector<int>{10, 20, 150, 60}));
+  EXPECT_FALSE(IsZoomed(form.Handle()));
+  ASSERT_TRUE(RestoreWindowPos(form, ini, u"Tiny", true));
+  EXPECT_TRUE(IsZoomed(form.Handle()));
+
+  form.SetWindowState(ui::wsNormal);
+  ASSERT_TRUE(RestoreWindowPos(form, ini, u"Mini", true));
+  EXPECT_EQ(form.WindowState(), ui::wsNormal) << "saved minimised, restored usable";
+  form.SetBounds(0, 0, 123, 45);
+  ASSERT_TRUE(RestoreWindowLeftTopPos(form, ini, u"Mini", true));
+  EXPECT_EQ(form.WindowState(), ui::wsMinimized) << "the corner-only routine minimises";
+  form.SetWindowState(ui::wsNormal);
+  EXPECT_EQ(Bounds(form), (std::vector<int>{50, 60, 123, 45})) << "its own size kept";
+
+  // Not five integers: the conversion error reaches the caller, the form stays.
+  rtl::TIniFile(ini).WriteString(Section(), u"Broken", u"a^b^");
+  EXPECT_THROW(RestoreWindowPos(form, ini, u"Broken", true), rtl::EConvertError);
+  EXPECT_EQ(Bounds(form), (std::vector<int>{50, 60, 123, 45}));
+}
+
+TEST_F(IniSettingsWin, AnUnwritableFileIsReportedOnceAndTheMemoryFileIsSavedByItsOwner) {
+  ui::TForm& form = Form(70, 80, 320, 240);
+  const std::u16string lost = folder_ + u"missing\\pos.ini";
+  SaveWindowPos(form, lost, u"Main");
+  ASSERT_EQ(shown_.size(), 1u);
+  EXPECT_EQ(shown_[0], WritePosFailedText(lost));
+
+  const std::u16string ini = folder_ + u"mem.ini";
+  {
+    rtl::TMemIniFile mem(ini);
+    SaveWindowPosMIni(form, ini, u"Main", mem);
+    IniSaveWindowPos(mem, form, ini, u"Second");
+    EXPECT_FALSE(FileExists(ini));
+    mem.UpdateFile();
+  }
+  // The profile API reads what the memory file wrote; the form's monitor is the primary one.
+  EXPECT_EQ(Raw(ini, Section(), u"Second"), u"70^80^390^320^1^");
+  form.SetBounds(5, 5, 200, 100);
+  EXPECT_TRUE(RestoreWindowLeftTopPosIni2(form, ini, u"Main", false));
+  EXPECT_EQ(Bounds(form), (std::vector<int>{70, 80, 200, 100}));
+}
+
+TEST_F(IniSettingsWin, TheIconPositionOfAMinimisedForm) {
+  const std::u16string ini = folder_ + u"pos.ini";
+  ui::TForm& form = Form(100, 100, 300, 200);
+  EXPECT_FALSE(RestoreWindowMinPos(form, ini, u"Main", true));
+  rtl::TIniFile(ini).WriteString(u"MinPos", u"Main", u"33^44^");
+  EXPECT_TRUE(RestoreWindowMinPos(form, ini, u"Main", true));
+  EXPECT_TRUE(IsIconic(form.Handle()));
+  EXPECT_TRUE(SaveWindowMinPos(form, ini, u"Copy"));
+  EXPECT_EQ(Raw(ini, u"MinPos", u"Copy"), u"33^44^");
+}
+
+}  // namespace
