@@ -44,6 +44,9 @@ struct TSize {
 class TCanvas {
  public:
   TFont Font;
+  // The device context drawn on, when the canvas stands for one (a paint, a bitmap);
+  // measuring does not use it.
+  HDC Handle = nullptr;
 
   TSize TextExtent(const std::u16string& text) const;
   int TextWidth(const std::u16string& text) const { return TextExtent(text).cx; }

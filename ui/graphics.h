@@ -14,17 +14,13 @@
 #include "rtl/classes.h"
 #include "rtl/handles.h"
 #include "ui/align.h"
+#include "ui/color.h"
 
 namespace ui {
 
 using rtl::TNotifyEvent;
 using rtl::TObject;
 
-// 0x00BBGGRR, or 0xFF000000 | COLOR_xxx for a system colour, as the framework encodes it.
-using TColor = std::int32_t;
-constexpr TColor SystemColor(int index) {
-  return static_cast<TColor>(0xFF000000u | unsigned(index));
-}
 constexpr TColor clScrollBar = SystemColor(COLOR_SCROLLBAR);
 constexpr TColor clBackground = SystemColor(COLOR_BACKGROUND);
 constexpr TColor clWindow = SystemColor(COLOR_WINDOW);

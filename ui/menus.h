@@ -33,6 +33,8 @@ class TMenuItem : public TComponent {
   bool Enabled = true;  // false: shown greyed, and cannot be chosen
   bool Visible = true;  // false: left out of the menu
   bool Checked = false;
+  // The longer text a status line shows for the item; the menu itself does not show it.
+  std::u16string Hint;
   TNotifyEvent OnClick;
 
   // Runs OnClick when the item is enabled.

@@ -1,5 +1,8 @@
-// Labels: text drawn by the parent, sized to the text when AutoSize. Windows build only.
+// Labels: text drawn by the parent, sized to the text when AutoSize. List boxes, memos and
+// check boxes: system windows of their own. Windows build only.
 #pragma once
+
+#include <memory>
 
 #include "ui/controls.h"
 
@@ -36,6 +39,63 @@ class TLabel : public TGraphicControl {
   bool autoSize_ = true;
   bool wordWrap_ = false;
   bool showAccelChar_ = true;
+};
+
+// A system list box of lines. Items may be filled before the window exists; the window
+// takes them (and the selection) when it is made, and from then on the window holds the
+// selection, so a selection the user (or LB_SETCURSEL) makes is what ItemIndex reads.
+class TListBox : public TWinControl {
+ public:
+  explicit TListBox(TComponent* owner);  // 121x97, sunken border
+  ~TListBox() override;
+
+  rtl::TStrings& Items() const;
+  int Count() const;
+  // The selected line, -1 for none; an index outside the lines selects none.
+  int ItemIndex() const;
+  void SetItemIndex(int index);
+  // The line whose rectangle holds the client point `pos`; outside every line -1 when
+  // `existing`, else Count().
+  int ItemAtPos(POINT pos, bool existing) const;
+
+ protected:
+  void CreateParamsFor(CreateParams& params) override;
+  void CreateWnd() override;
+  // Handle() for the const readers.
+  HWND Window() const;
+
+ private:
+  class TListBoxStrings;
+  std::unique_ptr<TListBoxStrings> items_;
+  int itemIndex_ = -1;
+};
+
+// A multi-line system edit. The text is the window's, so what the user typed is read.
+class TMemo : public TWinControl {
+ public:
+  explicit TMemo(TComponent* owner);  // 185x89, sunken border
+
+  std::u16string Text() const;
+  void SetText(const std::u16string& text);
+
+ protected:
+  void CreateParamsFor(CreateParams& params) override;
+};
+
+// A system check box showing its Caption at the right of the box.
+class TCheckBox : public TWinControl {
+ public:
+  explicit TCheckBox(TComponent* owner);  // 97x17
+
+  bool Checked() const;
+  void SetChecked(bool checked);
+
+ protected:
+  void CreateParamsFor(CreateParams& params) override;
+  void CreateWnd() override;
+
+ private:
+  bool checked_ = false;
 };
 
 }  // namespace ui

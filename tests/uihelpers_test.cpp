@@ -1,0 +1,145 @@
+// The interface helpers' rules: wrapping and shortening text by measured width, colour
+// arithmetic and its text, the system's selection colour, rectangles, picture fitting and
+// the points where menus open. List and header rules are tested on real windows.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tools/qm_globals.h"
+#include "tools/uihelpers.h"
+
+namespace {
+
+using namespace Qm_tools;
+
+// Every character `pixels` wide, as in a fixed-pitch font.
+TTextWidth Fixed(int pixels) {
+  return [pixels](const std::u16string& text) { return pixels * static_cast<int>(text.size()); };
+}
+
+TEST(UiHelpersText, AWordWithoutSpacesIsBrokenWhereItOverrunsTheWidth) {
+  struct Case {
+    std::u16string text;
+    int width;
+    std::u16string wrapped;
+  } const cases[] = {
+      {u"", 10, u""},
+      {u"a b", 1, u"a b"},  // the label's own word wrap breaks at the space
+      {u"abcdef", 10, u"abc\r\ndef"},
+      {u"abcdefg", 9, u"abc\r\ndef\r\ng"},
+      {u"abcd", 10, u"abc\r\nd"},  // the last character opens the last line
+      {u"abc", 9, u"abc"},         // exactly the width fits
+      {u"ab", 2, u"a\r\nb"},       // a character wider than the label stands alone
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(WrapTextForLabel(c.width, Fixed(3), c.text), c.wrapped)
+        << std::string(c.text.begin(), c.text.end()) << " in " << c.width;
+}
+
+TEST(UiHelpersText, TextTooWideIsCutUntilItFitsWithDotsAndTwoPixelsToSpare) {
+  const std::u16string text = u"abcdefghijkl";  // 60 pixels
+  EXPECT_EQ(FitStrLen(60, Fixed(5), text), text) << "fits: no dots";
+  EXPECT_EQ(FitStrLen(52, Fixed(5), text), u"abcdefg...") << "50 <= 52 - 2";
+  EXPECT_EQ(FitStrLen(51, Fixed(5), text), u"abcdef...") << "50 would fit but for the spare pixels";
+  EXPECT_EQ(FitStrLen(30, Fixed(5), text), u"ab...");
+  EXPECT_EQ(FitStrLen(16, Fixed(5), text), u"...") << "nothing fits";
+  EXPECT_EQ(FitStrLen(50, Fixed(5), u""), u"");
+}
+
+TEST(UiHelpersColor, ChannelsMoveInProportionToThemselvesAndStayInRange) {
+  struct Case {
+    TColor color;
+    bool lighter;
+    double amount;
+    TColor changed;
+  } const cases[] = {
+      {0x000000, true, 50, 0x000000},    // black stays black
+      {0x0000FF, true, 255, 0x0000FF},   // red doubled and clamped
+      {0x808080, false, 255, 0x000000},  // darkened to nothing
+      {0x336699, false, 0, 0x336699},
+      {0x0000FF, false, 0.5, 0x0000FE},  // 254.5 goes down to the even 254
+      {0x0000FF, false, 1.5, 0x0000FE},  // 253.5 goes up to the even 254
+      {0x00FF00, false, 127.5, 0x008000},
+      {static_cast<TColor>(0xFF808080u), true, 0, 0x808080},  // the top byte is not kept
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(ChangeColor(c.color, c.lighter, c.amount), c.changed)
+        << std::hex << c.color << (c.lighter ? " lighter " : " darker ") << c.amount;
+  // Red, green and blue are the low, middle and high byte, each on its own.
+  EXPECT_EQ(ChangeColor(0x4080C0, true, 51), 0x4D9AE6);
+}
+
+TEST(UiHelpersColor, HtmlTextIsRedGreenBlueInUpperCaseHex) {
+  EXPECT_EQ(RgbToHtml(0x0080FF), u"#FF8000");
+  EXPECT_EQ(RgbToHtml(0x0A0B0C), u"#0C0B0A");
+  EXPECT_EQ(RgbToHtml(0xFFFFFF), u"#FFFFFF");
+}
+
+TEST(UiHelpersColor, SelectionColourFollowsTheSystemDescription) {
+  const std::u16string saved = curOS;
+  const TColor given = ui::SystemColor(13);
+  struct Case {
+    std::u16string os;
+    TColor color;
+  } const cases[] = {
+      {u"linux ubuntu 22.04 lts", 0x4677F0},
+      {u"linux mint 21", 0x72B392},
+      {u"ubuntu mint", 0x72B392},  // the second test wins
+      {u"Ubuntu 22.04", given},    // case counts
+      {u"windows 10 (version 10.0)", given},
+      {u"", given},
+  };
+  for (const Case& c : cases) {
+    curOS = c.os;
+    EXPECT_EQ(GetSysSelColor(given), c.color) << std::string(c.os.begin(), c.os.end());
+  }
+  curOS = saved;
+}
+
+TEST(UiHelpersGeometry, RectanglesShrinkOrGrowOnAllSides) {
+  EXPECT_EQ(DecRect({10, 20, 110, 70}, 3), (TRect{13, 23, 107, 67}));
+  EXPECT_EQ(DecRect({10, 20, 110, 70}, -2), (TRect{8, 18, 112, 72}));
+}
+
+TEST(UiHelpersGeometry, PicturesFitTheirContainerWithTheAspectRatioKept) {
+  struct Case {
+    double cw, ch, w, h, fitW, fitH;
+  } const cases[] = {
+      {200, 100, 50, 50, 100, 100},   // scaled up to the height
+      {200, 100, 400, 100, 200, 50},  // scaled down to the width
+      {100, 100, 0, 50, 0, 50},       // a zero side leaves both alone
+      {100, 100, 3, 2, 100, 67},      // 66.67
+      {16, 16, 32, 5, 16, 2},         // 2.5 to the even 2
+      {16, 16, 32, 7, 16, 4},         // 3.5 to the even 4
+  };
+  for (const Case& c : cases) {
+    double w = c.w, h = c.h;
+    FitPictureToContainer(c.cw, c.ch, w, h);
+    EXPECT_EQ(w, c.fitW) << c.w << "x" << c.h;
+    EXPECT_EQ(h, c.fitH) << c.w << "x" << c.h;
+    int wi = static_cast<int>(c.w), hi = static_cast<int>(c.h);
+    if (c.w == 0) continue;  // the integer form has no zero test
+    FitPictureToContainerInt(static_cast<int>(c.cw), static_cast<int>(c.ch), wi, hi);
+    EXPECT_EQ(wi, c.fitW);
+    EXPECT_EQ(hi, c.fitH);
+  }
+  // Without the zero test: a zero container makes the picture nothing; a zero picture
+  // gives no number and is kept.
+  int w = 40, h = 30;
+  FitPictureToContainerInt(0, 100, w, h);
+  EXPECT_EQ(w, 0);
+  EXPECT_EQ(h, 0);
+  FitPictureToContainerInt(100, 100, w, h);
+  EXPECT_EQ(w, 0);
+  EXPECT_EQ(h, 0);
+}
+
+TEST(UiHelpersGeometry, MenusOpenOnePixelAboveOrBelowTheControl) {
+  EXPECT_EQ(PopupPoint(10, 50, 20, 0), (TPoint{10, 71}));
+  EXPECT_EQ(PopupPoint(10, 50, 20, 1), (TPoint{10, 49}));
+  EXPECT_EQ(PopupPoint(10, 50, 20, -7), (TPoint{10, 49}));
+  EXPECT_EQ(SysMenuLParam({300, 200}), 0x00C8012Cu);
+  EXPECT_EQ(SysMenuLParam({-5, 10}), 0x000AFFFBu) << "a point left of the screen";
+}
+
+}  // namespace

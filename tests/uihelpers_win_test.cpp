@@ -1,0 +1,337 @@
+// The interface helpers on real windows, under Wine: list boxes selected with LB_SETCURSEL,
+// a grid losing rows, a header resized in its window, captions replaced across a form,
+// menus and the system-menu message placed under controls, text measured in real fonts,
+// the shell's icon, and the controls named under the mouse pointer.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dialog/QMMessageDlgVCL.h"
+#include "tools/uihelpers.h"
+#include "ui/application.h"
+#include "ui/buttons.h"
+
+namespace {
+
+using namespace Qm_tools;
+using namespace ui;
+
+// A form on the screen without caption or activation (Wine under Xvfb waits for a window
+// manager whenever a managed window is hidden or destroyed).
+std::unique_ptr<TForm> ShownForm() {
+  auto form = std::make_unique<TForm>(nullptr);
+  form->BorderStyle = bsNone;
+  form->Position = poDesigned;
+  form->SetBounds(100, 100, 400, 300);
+  ShowWindow(form->Handle(), SW_SHOWNOACTIVATE);
+  return form;
+}
+
+template <class T>
+T* Child(TForm& form, const std::u16string& name, TRect bounds) {
+  auto* control = new T(&form);
+  control->Name = name;
+  control->SetBounds(bounds.Left, bounds.Top, bounds.Width(), bounds.Height());
+  control->SetParent(&form);
+  return control;
+}
+
+std::u16string WindowText(HWND window) {
+  wchar_t text[128] = {};
+  GetWindowTextW(window, text, 128);
+  return reinterpret_cast<const char16_t*>(text);
+}
+
+TEST(UiHelpersWin, ListBoxStateFollowsTheWindowsSelectionAndLinesAreHitByPoint) {
+  auto form = ShownForm();
+  auto* list = Child<TListBox>(*form, u"ListBox1", {10, 10, 150, 200});
+  auto* checks = Child<TCheckListBox>(*form, u"CheckListBox1", {200, 10, 350, 200});
+  EXPECT_TRUE(NoItemsAndNoSelection(*list));
+  EXPECT_FALSE(IsListBoxValid(*list));
+  for (const char16_t* line : {u"eins", u"zwei", u"drei"}) {
+    list->Items().Add(line);
+    checks->Items().Add(line);
+  }
+  EXPECT_TRUE(NoItemsAndNoSelection(*list)) << "lines but no selection";
+  SendMessageW(list->Handle(), LB_SETCURSEL, 2, 0);
+  EXPECT_TRUE(IsListBoxValid(*list));
+  EXPECT_FALSE(NoItemsAndNoSelection(*list));
+  SendMessageW(list->Handle(), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+  EXPECT_FALSE(IsListBoxValid(*list));
+
+  for (TListBox* box : {list, static_cast<TListBox*>(checks)}) {
+    RECT line{};
+    SendMessageW(box->Handle(), LB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&line));
+    const int x = (line.left + line.right) / 2;
+    const auto find = [&](int y) {
+      return box == list ? FindLbIdx(*list, x, y) : FindcLbIdx(*checks, x, y);
+    };
+    EXPECT_EQ(find((line.top + line.bottom) / 2), 1);
+    EXPECT_EQ(find(line.top - 1), 0);
+    EXPECT_EQ(find(line.bottom + (line.bottom - line.top)), -1) << "below the last line";
+    EXPECT_EQ(find(box->ClientHeight() + 50), -1) << "outside the box";
+  }
+  // The check list box's lines carry their marks; a click in the box toggles one.
+  RECT first{};
+  SendMessageW(checks->Handle(), LB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
+  SendMessageW(checks->Handle(), WM_LBUTTONDOWN, MK_LBUTTON,
+               MAKELPARAM(first.left + 3, first.top + 3));
+  SendMessageW(checks->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(first.left + 3, first.top + 3));
+  EXPECT_TRUE(checks->Checked(0));
+  EXPECT_FALSE(checks->Checked(1));
+}
+
+TEST(UiHelpersWin, DeletingARowKeepsTheCurrentRowOrFallsBackToTheLast) {
+  auto form = ShownForm();
+  auto* grid = Child<TStringGrid>(*form, u"StringGrid1", {0, 0, 300, 200});
+  grid->SetColCount(2);
+  grid->SetRowCount(5);
+  for (int r = 0; r < 5; ++r) grid->SetCells(1, r, u"row " + std::u16string(1, char16_t(u'0' + r)));
+  // The user picks row 3 with the mouse.
+  SendMessageW(grid->Handle(), WM_LBUTTONDOWN, MK_LBUTTON,
+               MAKELPARAM(80, 3 * grid->DefaultRowHeight + 5));
+  SendMessageW(grid->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(80, 3 * grid->DefaultRowHeight + 5));
+  ASSERT_EQ(grid->Row(), 3);
+
+  DeleteRow(*grid, 1);
+  EXPECT_EQ(grid->RowCount(), 4);
+  EXPECT_EQ(grid->Cells(1, 1), u"row 2");
+  EXPECT_EQ(grid->Row(), 3) << "the same row number, though the grid moved it with its line";
+  DeleteRow(*grid, 2);
+  EXPECT_EQ(grid->RowCount(), 3);
+  EXPECT_EQ(grid->Row(), 2) << "row 3 is gone: the last row";
+  EXPECT_EQ(grid->Cells(1, 2), u"row 4");
+}
+
+TEST(UiHelpersWin, HeaderSectionsStartAfterTheWidthsTheWindowHolds) {
+  auto form = ShownForm();
+  auto* header = Child<THeaderControl>(*form, u"HeaderControl1", {0, 0, 300, 20});
+  for (const int width : {40, 55, 70}) header->Sections.Add().SetWidth(width);
+  EXPECT_EQ(GetSectionLeftPos(*header, 0), 0);
+  EXPECT_EQ(GetSectionLeftPos(*header, 2), 95);
+  // A section the user dragged narrower: the window has the new width.
+  HDITEMW item{};
+  item.mask = HDI_WIDTH;
+  item.cxy = 30;
+  SendMessageW(header->Handle(), HDM_SETITEMW, 1, reinterpret_cast<LPARAM>(&item));
+  EXPECT_EQ(GetSectionLeftPos(*header, 2), 70);
+  EXPECT_EQ(GetSectionLeftPos(*header, 3), 140);
+}
+
+TEST(UiHelpersWin, CaptionsAreReplacedInTheTextsOfTheFormsOwnComponents) {
+  auto form = ShownForm();
+  auto* label = Child<TLabel>(*form, u"Label1", {0, 0, 100, 20});
+  auto* panel = Child<TPanel>(*form, u"Panel1", {0, 30, 100, 40});
+  auto* memo = Child<TMemo>(*form, u"Memo1", {0, 80, 200, 60});
+  auto* check = Child<TCheckBox>(*form, u"CheckBox1", {0, 150, 150, 20});
+  auto* button = Child<TSpeedButton>(*form, u"SpeedButton1", {0, 180, 120, 22});
+  TPopupMenu menu(form.get());
+  auto* item = new TMenuItem(form.get());
+  menu.Items()->Add(item);
+  label->SetCaption(u"Projekt laden");
+  panel->SetCaption(u"Projekt: Projekt");
+  check->SetCaption(u"Projekt sichern");
+  item->Caption = u"&Projekt";
+  item->Hint = u"Öffnet das Projekt";
+  button->SetCaption(u"Projekt");
+  button->Hint = u"Projekt";
+  SetWindowTextW(memo->Handle(), L"Ein Projekt,\r\nnoch ein projekt");  // typed by the user
+  auto* unowned = new TLabel(nullptr);  // on the form, owned by nobody
+  unowned->SetParent(form.get());
+  unowned->SetCaption(u"Projekt");
+
+  ReplaceCaptionText(*form, u"Projekt", u"Vorhaben");
+  EXPECT_EQ(label->Caption(), u"Vorhaben laden");
+  EXPECT_EQ(WindowText(panel->Handle()), u"Vorhaben: Vorhaben");
+  EXPECT_EQ(WindowText(check->Handle()), u"Vorhaben sichern");
+  EXPECT_EQ(memo->Text(), u"Ein Vorhaben,\r\nnoch ein projekt") << "case counts";
+  EXPECT_EQ(item->Caption, u"&Vorhaben");
+  EXPECT_EQ(item->Hint, u"Öffnet das Vorhaben");
+  EXPECT_EQ(button->Hint, u"Vorhaben");
+  EXPECT_EQ(WindowText(button->Handle()), u"Projekt") << "a button's caption stays";
+  EXPECT_EQ(unowned->Caption(), u"Projekt");
+  delete unowned;
+}
+
+// TrackPopupMenuEx runs its own loop, which dispatches thread timers: this one notes where
+// the menu's window (class "#32768") appeared and ends the menu.
+RECT shownMenu;
+void CALLBACK NoteAndEndMenu(HWND, UINT, UINT_PTR timer, DWORD) {
+  HWND found = nullptr;
+  EnumThreadWindows(
+      GetCurrentThreadId(),
+      [](HWND window, LPARAM found) -> BOOL {
+        wchar_t name[16] = {};
+        GetClassNameW(window, name, 16);
+        if (std::wstring(name) != L"#32768" || !IsWindowVisible(window)) return TRUE;
+        *reinterpret_cast<HWND*>(found) = window;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&found));
+  if (found == nullptr) return;
+  KillTimer(nullptr, timer);
+  GetWindowRect(found, &shownMenu);
+  EndMenu();
+}
+
+POINT MenuCornerFor(const std::function<void()>& popup) {
+  shownMenu = {-1, -1, -1, -1};
+  const UINT_PTR timer = SetTimer(nullptr, 0, 30, &NoteAndEndMenu);
+  popup();
+  KillTimer(nullptr, timer);
+  return {shownMenu.left, shownMenu.top};
+}
+
+TEST(UiHelpersWin, PopupMenusOpenAtTheControlsLeftEdgeOnePixelBelowOrAbove) {
+  auto form = ShownForm();  // client area at (100, 100) on the screen
+  auto* panel = Child<TPanel>(*form, u"Panel1", {50, 100, 250, 130});
+  TPopupMenu menu(form.get());
+  auto* item = new TMenuItem(&menu);
+  item->Caption = u"Eintrag";
+  menu.Items()->Add(item);
+  POINT origin{0, 0};
+  ClientToScreen(form->Handle(), &origin);
+
+  POINT corner = MenuCornerFor([&] { qm_ShowPopUp(*panel, menu, 0); });
+  EXPECT_EQ(corner.x, origin.x + 50);
+  EXPECT_EQ(corner.y, origin.y + 131);
+  corner = MenuCornerFor([&] { qm_ShowPopUp(*panel, menu, 1); });
+  EXPECT_EQ(corner.x, origin.x + 50);
+  EXPECT_EQ(corner.y, origin.y + 99);
+  corner = MenuCornerFor([&] { qm_ShowPopUpPanel(*panel, 120, menu, 0); });
+  EXPECT_EQ(corner.x, origin.x + 120);
+  EXPECT_EQ(corner.y, origin.y + 131);
+}
+
+std::vector<std::pair<WPARAM, LPARAM>> sysMenuCalls;
+LRESULT CALLBACK RecordSysMenu(HWND window, UINT msg, WPARAM wParam, LPARAM lParam) {
+  if (msg == 0x0313) {
+    sysMenuCalls.emplace_back(wParam, lParam);
+    return 0;
+  }
+  return DefWindowProcW(window, msg, wParam, lParam);
+}
+
+TEST(UiHelpersWin, TheSystemMenuMessageCarriesTheScreenPointBelowTheControl) {
+  WNDCLASSW wc{};
+  wc.lpfnWndProc = &RecordSysMenu;
+  wc.hInstance = GetModuleHandleW(nullptr);
+  wc.lpszClassName = L"UiHelpersSysMenuTarget";
+  RegisterClassW(&wc);
+  const HWND target = CreateWindowExW(0, wc.lpszClassName, L"", WS_POPUP, 0, 0, 10, 10, nullptr,
+                                      nullptr, wc.hInstance, nullptr);
+  ASSERT_NE(target, nullptr);
+  auto form = ShownForm();
+  auto* panel = Child<TPanel>(*form, u"Panel1", {30, 40, 130, 60});
+  POINT origin{0, 0};
+  ClientToScreen(form->Handle(), &origin);
+
+  sysMenuCalls.clear();
+  qm_ShowSysMenu(*panel, target);
+  DestroyWindow(target);
+  ASSERT_EQ(sysMenuCalls.size(), 1u);
+  EXPECT_EQ(sysMenuCalls[0].first, 0u);
+  EXPECT_EQ(sysMenuCalls[0].second, MAKELPARAM(origin.x + 30, origin.y + 61));
+}
+
+TEST(UiHelpersWin, TextIsMeasuredInTheLabelsFontAndTheCanvassFont) {
+  auto form = ShownForm();
+  auto* label = Child<TLabel>(*form, u"Label1", {0, 0, 60, 20});
+  label->SetAutoSize(false);
+  label->SetBounds(0, 0, 60, 20);
+  TCanvas canvas;
+  canvas.Font = label->ResolvedFont();
+  const std::u16string word = u"Donaudampfschifffahrtsgesellschaft";
+  const std::u16string wrapped = WrapTextForLabel(*label, word);
+  const size_t firstBreak = wrapped.find(u"\r\n");
+  ASSERT_NE(firstBreak, std::u16string::npos);
+  const std::u16string firstLine = wrapped.substr(0, firstBreak);
+  EXPECT_LE(canvas.TextWidth(firstLine), 60);
+  EXPECT_GT(canvas.TextWidth(word.substr(0, firstLine.size() + 1)), 60) << "as long as fits";
+
+  const std::u16string cut = FitStrLen(80, canvas, word);
+  EXPECT_EQ(cut.substr(cut.size() - 3), u"...");
+  EXPECT_LE(canvas.TextWidth(cut), 78);
+  EXPECT_GT(canvas.TextWidth(word.substr(0, cut.size() - 2) + u"..."), 78);
+}
+
+// The box around the pixels of a white 64x64 bitmap that DrawAttachInfo changed.
+RECT IconBox(bool large) {
+  const HDC dc = CreateCompatibleDC(nullptr);
+  BITMAPINFO info{{sizeof(BITMAPINFOHEADER), 64, -64, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
+  void* bits = nullptr;
+  const HBITMAP bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  const HGDIOBJ old = SelectObject(dc, bitmap);
+  auto* pixels = static_cast<DWORD*>(bits);
+  std::fill(pixels, pixels + 64 * 64, 0xFFFFFF);
+  TCanvas canvas;
+  canvas.Handle = dc;
+  DrawAttachInfo(canvas, u"C:\\nirgends\\brief.txt", {4, 6, 60, 60}, large, 3, 2);
+  GdiFlush();
+  RECT box{64, 64, -1, -1};
+  for (LONG y = 0; y < 64; ++y)
+    for (LONG x = 0; x < 64; ++x)
+      if ((pixels[y * 64 + x] & 0xFFFFFF) != 0xFFFFFF)
+        box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x),
+               std::max(box.bottom, y)};
+  SelectObject(dc, old);
+  DeleteObject(bitmap);
+  DeleteDC(dc);
+  return box;
+}
+
+TEST(UiHelpersWin, AFileTypesIconIsDrawnAtTheOffsetInTheAskedSize) {
+  // The file does not exist: its type is enough. Both start at (4 + 3, 6 + 2).
+  const RECT small = IconBox(false), large = IconBox(true);
+  ASSERT_LE(small.left, small.right) << "nothing drawn";
+  EXPECT_GE(small.left, 7);
+  EXPECT_GE(small.top, 8);
+  EXPECT_LT(small.right, 7 + 16);
+  EXPECT_LT(small.bottom, 8 + 16);
+  EXPECT_GE(large.left, 7);
+  EXPECT_GE(large.top, 8);
+  EXPECT_LT(large.right, 7 + 32);
+  EXPECT_GE(large.right - large.left, 16) << "the large icon";
+}
+
+TEST(UiHelpersWin, TheControlsUnderTheMouseAreNamedInnermostFirst) {
+  std::vector<std::u16string> shown;
+  const auto saved =
+      QMMessageDlgVCL::SetDlgPresenter([&](const std::u16string& msg, QMMessageDlgVCL::TMsgDlgType,
+                                           QMMessageDlgVCL::TMsgDlgButtons, int) {
+        shown.push_back(msg);
+        return QMMessageDlgVCL::mrOk;
+      });
+  auto form = ShownForm();
+  form->Name = u"MainForm";
+  auto* panel = Child<TPanel>(*form, u"Panel1", {20, 20, 220, 120});
+  auto* label = new TLabel(form.get());
+  label->Name = u"Label1";
+  label->SetParent(panel);
+  label->SetBounds(10, 10, 80, 20);
+  Application->ProcessMessages();
+
+  POINT p{15, 15};
+  ClientToScreen(panel->Handle(), &p);
+  SetCursorPos(p.x, p.y);
+  GetControlHierarchyUnderMouse();
+  SetCursorPos(1279, 1023);  // no window of this program
+  GetControlHierarchyUnderMouse();
+  QMMessageDlgVCL::SetDlgPresenter(saved);
+
+  ASSERT_EQ(shown.size(), 2u);
+  EXPECT_EQ(shown[0],
+            u"Steuerelemente unter der Maus:\r\nTLabel \"Label1\"\r\n  TPanel \"Panel1\"\r\n"
+            u"    TForm \"MainForm\"");
+  EXPECT_EQ(shown[1], u"Kein Steuerelement unter der Maus (TScreen)");
+}
+
+}  // namespace
