@@ -3,13 +3,31 @@
 // rtl/locale.h; this file makes no locale decisions of its own.
 #include "rtl/classes.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <numeric>
 #include <string>
+#include <typeinfo>
 
 #include "rtl/locale.h"
 
 namespace rtl {
+
+std::u16string TObject::ClassName() const { return TypeName(typeid(*this)); }
+
+std::u16string TypeName(const std::type_info& type) {
+  const char* mangled = type.name();
+  int status = 0;
+  const std::unique_ptr<char, decltype(&std::free)> plain(
+      abi::__cxa_demangle(mangled, nullptr, nullptr, &status), &std::free);
+  std::string name = status == 0 && plain ? plain.get() : mangled;
+  if (const std::size_t colons = name.rfind("::"); colons != std::string::npos)
+    name.erase(0, colons + 2);
+  return std::u16string(name.begin(), name.end());
+}
 
 namespace {
 

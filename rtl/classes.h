@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <typeinfo>
 #include <vector>
 
 namespace rtl {
@@ -15,7 +16,12 @@ namespace rtl {
 class TObject {
  public:
   virtual ~TObject() = default;
+  // The name of the object's most derived class, without namespaces: "TLabel".
+  std::u16string ClassName() const;
 };
+
+// The name of a class as ClassName gives it.
+std::u16string TypeName(const std::type_info& type);
 
 // Raised for list misuse: an index out of range, a duplicate under dupError,
 // a positional change of a sorted list.

@@ -30,6 +30,11 @@ class EWriteError : public Exception {
  public:
   using Exception::Exception;
 };
+// A resource a program looked for in its module and did not find.
+class EResNotFound : public Exception {
+ public:
+  using Exception::Exception;
+};
 
 enum class TSeekOrigin { soBeginning, soCurrent, soEnd };
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "dialog/QMMessageDlgVCL.h"
+#include "rtl/com.h"
 #include "rtl/encoding.h"
 #include "rtl/handles.h"
 #include "rtl/registry.h"
@@ -33,38 +34,6 @@ std::u16string Widened(const std::string& s) {
 }
 
 int ShellCode(HINSTANCE result) { return static_cast<int>(reinterpret_cast<INT_PTR>(result)); }
-
-// COM on this thread for a scope, when it was not there yet in a compatible mode.
-class TComScope {
- public:
-  TComScope() : initialized_(SUCCEEDED(CoInitialize(nullptr))) {}
-  ~TComScope() {
-    if (initialized_) CoUninitialize();
-  }
-  TComScope(const TComScope&) = delete;
-  TComScope& operator=(const TComScope&) = delete;
-
- private:
-  bool initialized_;
-};
-
-// A COM interface pointer, released when it goes.
-template <class T>
-class TComPtr {
- public:
-  TComPtr() = default;
-  ~TComPtr() {
-    if (p_) p_->Release();
-  }
-  TComPtr(const TComPtr&) = delete;
-  TComPtr& operator=(const TComPtr&) = delete;
-  T* operator->() const { return p_; }
-  T** put() { return &p_; }
-  void** put_void() { return reinterpret_cast<void**>(&p_); }
-
- private:
-  T* p_ = nullptr;
-};
 
 }  // namespace
 
@@ -175,12 +144,12 @@ std::u16string GetExeForFile(const std::u16string& file) {
 }
 
 std::u16string GetExeFromLink(const std::u16string& link, std::u16string& arguments) {
-  const TComScope com;
-  TComPtr<IShellLinkW> shellLink;
+  const rtl::TComScope com;
+  rtl::TComPtr<IShellLinkW> shellLink;
   if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
                               shellLink.put_void())))
     return u"";
-  TComPtr<IPersistFile> file;
+  rtl::TComPtr<IPersistFile> file;
   if (FAILED(shellLink->QueryInterface(IID_IPersistFile, file.put_void()))) return u"";
   if (file->Load(W(link), STGM_READ) != S_OK) return u"";
   wchar_t path[MAX_PATH] = {};

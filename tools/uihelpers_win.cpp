@@ -5,11 +5,7 @@
 #include <commctrl.h>
 #include <shellapi.h>
 
-#include <cxxabi.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <typeinfo>
 
 #include "dialog/QMMessageDlgVCL.h"
@@ -32,19 +28,6 @@ TTextWidth MeasureIn(const ui::TCanvas& canvas) {
 POINT ParentToScreen(const ui::TControl& control, TPoint p) {
   const POINT client{p.X, p.Y};
   return control.Parent() != nullptr ? control.Parent()->ClientToScreen(client) : client;
-}
-
-// The class name the framework would give: "TLabel", without namespace.
-template <class T>
-std::u16string ClassNameOf(const T& object) {
-  const char* mangled = typeid(object).name();
-  int status = 0;
-  const std::unique_ptr<char, decltype(&std::free)> plain(
-      abi::__cxa_demangle(mangled, nullptr, nullptr, &status), &std::free);
-  std::string name = status == 0 && plain ? plain.get() : mangled;
-  if (const size_t colons = name.rfind("::"); colons != std::string::npos)
-    name.erase(0, colons + 2);
-  return std::u16string(name.begin(), name.end());
 }
 
 // The windowed control of this module the window belongs to, or null. Every window of
@@ -152,12 +135,12 @@ void GetControlHierarchyUnderMouse() {
   GetCursorPos(&cursor);
   ui::TWinControl* windowed = ControlOfWindow(WindowFromPoint(cursor));
   if (windowed == nullptr) {
-    QMMessageDlgVCL::ShowMessage(NoControlText(ClassNameOf(*ui::Screen)));
+    QMMessageDlgVCL::ShowMessage(NoControlText(rtl::TypeName(typeid(ui::TScreen))));
     return;
   }
   std::vector<std::pair<std::u16string, std::u16string>> chain;
   for (ui::TControl* c = DescendTo(*windowed, cursor); c != nullptr; c = c->Parent())
-    chain.emplace_back(ClassNameOf(*c), c->Name);
+    chain.emplace_back(c->ClassName(), c->Name);
   QMMessageDlgVCL::ShowMessage(ControlHierarchyText(chain));
 }
 

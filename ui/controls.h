@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "rtl/classes.h"
+#include "rtl/filer.h"
 #include "rtl/handles.h"
 #include "ui/align.h"
 #include "ui/graphics.h"
@@ -50,6 +51,19 @@ class TComponent : public TObject {
 
   std::u16string Name;
   std::intptr_t Tag = 0;
+
+  // Streaming in the framework's binary format (ui/persist.h). A class writes the
+  // properties it stores after its base's, those at their default values left out, and
+  // reads one by name (false: it has no such property).
+  virtual void WriteProperties(rtl::TWriter& writer);
+  virtual bool ReadProperty(const std::u16string& name, rtl::TReader& reader);
+  // The components written inside this one when `root` is streamed.
+  virtual void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root);
+  // Whether the component lives inside another one (a control in its parent), so that it
+  // is written there rather than as one of its owner's loose components.
+  virtual bool HasParent() const { return false; }
+  // Puts a component just read into `parent`, where it belongs.
+  virtual void SetParentComponent(TComponent* /*parent*/) {}
 
  protected:
   // Bookkeeping of the owner, called by a component as it arrives and as it goes.
@@ -179,6 +193,15 @@ class TControl : public TComponent {
   // The control as a windowed one, or null for a control its parent paints.
   virtual TWinControl* AsWinControl() { return nullptr; }
 
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool HasParent() const override { return true; }
+  // The two parts of WriteProperties, for a class that stores something between them
+  // (a label's AutoSize must be read before its Caption).
+  void WriteBoundsProperties(rtl::TWriter& writer);
+  void WriteOtherProperties(rtl::TWriter& writer);
+  void SetParentComponent(TComponent* parent) override;
+
  protected:
   friend class TWinControl;
   // Paints a control without a window, with the origin at its top left corner.
@@ -235,6 +258,7 @@ class TWinControl : public TControl {
   void SetCaption(const std::u16string& caption) override;
   void Invalidate() override;
   TWinControl* AsWinControl() override { return this; }
+  void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
   // The control as a form, or null.
   virtual TCustomForm* AsForm() { return nullptr; }
 

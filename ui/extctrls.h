@@ -23,6 +23,9 @@ class TPanel : public TWinControl {
   int BorderWidth = 0;
   bool ShowCaption = true;
 
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+
  protected:
   void CreateParamsFor(CreateParams& params) override;
   void AdjustClientRect(TRect& rect) const override;

@@ -110,6 +110,9 @@ class TCustomForm : public TWinControl {
   TNotifyEvent OnShow;
 
   TCustomForm* AsForm() override { return this; }
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
  protected:

@@ -13,6 +13,7 @@
 
 #include "rtl/classes.h"
 #include "rtl/handles.h"
+#include "rtl/streams.h"
 #include "ui/align.h"
 #include "ui/color.h"
 
@@ -140,10 +141,26 @@ rtl::unique_hbitmap CreateDib32(int width, int height,
 // the fourth byte as stored in a 32-bit bitmap, 0 from any other. Empty on failure.
 std::vector<std::uint32_t> ReadPixels32(HBITMAP bitmap);
 
-// The picture of an image control: a bitmap, and a notification when it changes.
+// Bytes that are no picture the system can read.
+class EInvalidGraphic : public rtl::Exception {
+ public:
+  using rtl::Exception::Exception;
+};
+
+// The file format a picture came in or was made in.
+enum class TPictureFormat { pfNone, pfBmp, pfPng, pfJpeg, pfGif, pfTiff, pfIco, pfOther };
+using enum TPictureFormat;
+
+// The picture of an image control: its pixels as a bitmap, the bytes of the file format it
+// came in (a PNG stays a PNG when saved again), and a notification when it changes.
 class TPicture : public TObject {
  public:
-  TBitmap& Bitmap() { return bitmap_; }
+  // The pixels, to change them: the picture is a bitmap from then on.
+  TBitmap& Bitmap() {
+    encoded_.clear();
+    format_ = bitmap_.Empty() ? pfNone : pfBmp;
+    return bitmap_;
+  }
   const TGraphic* Graphic() const { return bitmap_.Empty() ? nullptr : &bitmap_; }
   int Width() const { return bitmap_.Width(); }
   int Height() const { return bitmap_.Height(); }
@@ -153,11 +170,23 @@ class TPicture : public TObject {
   void LoadFromHandle(HBITMAP bitmap);
   bool LoadFromResourceName(HINSTANCE module, const wchar_t* name);
 
+  TPictureFormat Format() const { return format_; }
+  // Reads a picture in any format the system decodes (BMP, PNG, JPEG, GIF, TIFF, ICO),
+  // recognised from the bytes from the stream's position on; EInvalidGraphic for others.
+  void LoadFromStream(rtl::TStream& stream);
+  // Writes the picture in its own format: the bytes it came in, a bitmap as a BMP file.
+  // Nothing for an empty picture.
+  void SaveToStream(rtl::TStream& stream) const;
+  // Makes the picture a PNG of `bitmap`'s pixels, alpha kept.
+  void AssignPng(const TBitmap& bitmap);
+
   TNotifyEvent OnChange;
 
  private:
   void Changed();
   TBitmap bitmap_;
+  TPictureFormat format_ = pfNone;
+  std::vector<std::uint8_t> encoded_;  // empty: encode the bitmap when saved
 };
 
 }  // namespace ui

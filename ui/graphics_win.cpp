@@ -198,22 +198,32 @@ std::vector<std::uint32_t> ReadPixels32(HBITMAP bitmap) {
 
 void TPicture::Assign(rtl::unique_hbitmap bitmap, TAlphaFormat alphaFormat) {
   bitmap_.SetHandle(std::move(bitmap), alphaFormat);
+  encoded_.clear();
+  format_ = bitmap_.Empty() ? pfNone : pfBmp;
   Changed();
 }
 
 void TPicture::Assign(const TBitmap& bitmap) {
   bitmap_.Assign(bitmap);
+  encoded_.clear();
+  format_ = bitmap_.Empty() ? pfNone : pfBmp;
   Changed();
 }
 
 void TPicture::LoadFromHandle(HBITMAP bitmap) {
   bitmap_.LoadFromHandle(bitmap);
+  encoded_.clear();
+  format_ = bitmap_.Empty() ? pfNone : pfBmp;
   Changed();
 }
 
 bool TPicture::LoadFromResourceName(HINSTANCE module, const wchar_t* name) {
   const bool loaded = bitmap_.LoadFromResourceName(module, name);
-  if (loaded) Changed();
+  if (loaded) {
+    encoded_.clear();
+    format_ = pfBmp;
+    Changed();
+  }
   return loaded;
 }
 

@@ -29,6 +29,8 @@ class TLabel : public TGraphicControl {
   void SetCaption(const std::u16string& caption) override;
   // Sizes the label to its text now, when AutoSize.
   void AdjustBounds();
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
 
  protected:
   void Paint(HDC dc) override;

@@ -1,0 +1,221 @@
+// TWriter and TReader (rtl/filer.h).
+#include "rtl/filer.h"
+
+#include <limits>
+
+#include "rtl/ustring.h"
+
+namespace rtl {
+
+namespace {
+
+[[noreturn]] void Invalid(const char16_t* what) {
+  throw EFilerError(u"Ungültiges Stream-Format: " + std::u16string(what));
+}
+
+}  // namespace
+
+void TWriter::WriteSignature() { Bytes("TPF0", 4); }
+
+void TWriter::WriteValue(TValueType value) {
+  const auto byte = static_cast<std::uint8_t>(value);
+  Bytes(&byte, 1);
+}
+
+void TWriter::WriteStr(std::u16string_view s) {
+  std::string utf8 = Utf16ToUtf8(s);
+  if (utf8.size() > 255) utf8.resize(255);
+  const auto length = static_cast<std::uint8_t>(utf8.size());
+  Bytes(&length, 1);
+  Bytes(utf8.data(), utf8.size());
+}
+
+void TWriter::WriteInteger(std::int64_t value) {
+  if (value >= -128 && value <= 127) {
+    WriteValue(vaInt8);
+    const auto v = static_cast<std::int8_t>(value);
+    Bytes(&v, 1);
+  } else if (value >= -32768 && value <= 32767) {
+    WriteValue(vaInt16);
+    const auto v = static_cast<std::int16_t>(value);
+    Bytes(&v, 2);
+  } else if (value >= std::numeric_limits<std::int32_t>::min() &&
+             value <= std::numeric_limits<std::int32_t>::max()) {
+    WriteValue(vaInt32);
+    const auto v = static_cast<std::int32_t>(value);
+    Bytes(&v, 4);
+  } else {
+    WriteValue(vaInt64);
+    Bytes(&value, 8);
+  }
+}
+
+void TWriter::WriteBoolean(bool value) { WriteValue(value ? vaTrue : vaFalse); }
+
+void TWriter::WriteString(std::u16string_view value) {
+  const std::string utf8 = Utf16ToUtf8(value);
+  if (utf8.size() < value.size() * 2) {
+    if (utf8.size() <= 255) {
+      WriteValue(vaString);
+      const auto length = static_cast<std::uint8_t>(utf8.size());
+      Bytes(&length, 1);
+    } else {
+      WriteValue(vaLString);
+      const auto length = static_cast<std::int32_t>(utf8.size());
+      Bytes(&length, 4);
+    }
+    Bytes(utf8.data(), utf8.size());
+    return;
+  }
+  WriteValue(vaWString);
+  const auto length = static_cast<std::int32_t>(value.size());
+  Bytes(&length, 4);
+  Bytes(value.data(), value.size() * 2);
+}
+
+void TWriter::WriteIdent(std::u16string_view ident) {
+  if (SameText(ident, u"False"))
+    WriteValue(vaFalse);
+  else if (SameText(ident, u"True"))
+    WriteValue(vaTrue);
+  else if (SameText(ident, u"Null"))
+    WriteValue(vaNull);
+  else if (SameText(ident, u"nil"))
+    WriteValue(vaNil);
+  else {
+    WriteValue(vaIdent);
+    WriteStr(ident);
+  }
+}
+
+void TWriter::WriteSet(const std::vector<std::u16string>& members) {
+  WriteValue(vaSet);
+  for (const auto& m : members) WriteStr(m);
+  WriteStr(u"");
+}
+
+void TReader::ReadSignature() {
+  char signature[4];
+  if (stream_.Read(signature, 4) != 4 || std::string_view(signature, 4) != "TPF0")
+    Invalid(u"keine Komponente");
+}
+
+TValueType TReader::ReadValue() {
+  const auto byte = Read<std::uint8_t>();
+  if (byte > static_cast<std::uint8_t>(vaDouble)) Invalid(u"unbekannter Werttyp");
+  return static_cast<TValueType>(byte);
+}
+
+TValueType TReader::NextValue() {
+  const TValueType value = ReadValue();
+  stream_.Seek(-1, TSeekOrigin::soCurrent);
+  return value;
+}
+
+void TReader::ReadListEnd() {
+  if (ReadValue() != vaNull) Invalid(u"Listenende erwartet");
+}
+
+std::u16string TReader::ReadStr() {
+  const auto length = Read<std::uint8_t>();
+  std::string utf8(length, '\0');
+  Bytes(utf8.data(), length);
+  return Utf8ToUtf16(utf8);
+}
+
+std::int64_t TReader::ReadInteger() {
+  switch (ReadValue()) {
+    case vaInt8: return Read<std::int8_t>();
+    case vaInt16: return Read<std::int16_t>();
+    case vaInt32: return Read<std::int32_t>();
+    case vaInt64: return Read<std::int64_t>();
+    default: Invalid(u"Ganzzahl erwartet");
+  }
+}
+
+bool TReader::ReadBoolean() {
+  switch (ReadValue()) {
+    case vaTrue: return true;
+    case vaFalse: return false;
+    default: Invalid(u"Wahrheitswert erwartet");
+  }
+}
+
+std::u16string TReader::ReadString() {
+  switch (ReadValue()) {
+    case vaString: {
+      std::string utf8(Read<std::uint8_t>(), '\0');
+      Bytes(utf8.data(), utf8.size());
+      return Utf8ToUtf16(utf8);
+    }
+    case vaLString:
+    case vaUTF8String: {
+      const auto length = Read<std::int32_t>();
+      if (length < 0) Invalid(u"negative Länge");
+      std::string utf8(static_cast<std::size_t>(length), '\0');
+      Bytes(utf8.data(), utf8.size());
+      return Utf8ToUtf16(utf8);
+    }
+    case vaWString: {
+      const auto length = Read<std::int32_t>();
+      if (length < 0) Invalid(u"negative Länge");
+      std::u16string s(static_cast<std::size_t>(length), u'\0');
+      Bytes(s.data(), s.size() * 2);
+      return s;
+    }
+    default: Invalid(u"Text erwartet");
+  }
+}
+
+std::u16string TReader::ReadIdent() {
+  switch (ReadValue()) {
+    case vaIdent: return ReadStr();
+    case vaFalse: return u"False";
+    case vaTrue: return u"True";
+    case vaNil: return u"nil";
+    case vaNull: return u"Null";
+    default: Invalid(u"Bezeichner erwartet");
+  }
+}
+
+std::vector<std::u16string> TReader::ReadSet() {
+  if (ReadValue() != vaSet) Invalid(u"Menge erwartet");
+  std::vector<std::u16string> members;
+  for (std::u16string m = ReadStr(); !m.empty(); m = ReadStr()) members.push_back(m);
+  return members;
+}
+
+void TReader::SkipValue() {
+  auto skip = [this](std::int64_t count) {
+    if (count < 0) Invalid(u"negative Länge");
+    stream_.Seek(count, TSeekOrigin::soCurrent);
+  };
+  // Lists and collections nest; a counter of open lists keeps this iterative.
+  std::int64_t open = 0;
+  do {
+    switch (ReadValue()) {
+      case vaNull:  // the end of an open list, or the value Null
+        if (open > 0) --open;
+        break;
+      case vaList: ++open; break;
+      case vaCollection:
+        // Items: an optional index, a property list ended by vaNull; the collection ends
+        // with vaNull too. Treated as nested lists of values and property names.
+        Invalid(u"Sammlungen werden nicht gelesen");
+      case vaInt8: skip(1); break;
+      case vaInt16: skip(2); break;
+      case vaInt32: case vaSingle: skip(4); break;
+      case vaInt64: case vaCurrency: case vaDate: case vaDouble: skip(8); break;
+      case vaExtended: skip(10); break;
+      case vaString: case vaIdent: skip(Read<std::uint8_t>()); break;
+      case vaLString: case vaUTF8String: case vaBinary: skip(Read<std::int32_t>()); break;
+      case vaWString: skip(std::int64_t{Read<std::int32_t>()} * 2); break;
+      case vaSet:
+        for (auto n = Read<std::uint8_t>(); n != 0; n = Read<std::uint8_t>()) skip(n);
+        break;
+      case vaFalse: case vaTrue: case vaNil: break;
+    }
+  } while (open > 0);
+}
+
+}  // namespace rtl

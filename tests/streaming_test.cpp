@@ -1,0 +1,143 @@
+// The pure parts of streaming: Base64 lines, the loaders' blank-text rule, the binary
+// component format's values, and the printer block's range.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "rtl/filer.h"
+#include "rtl/netencoding.h"
+#include "tools/streaming.h"
+
+namespace {
+
+using namespace Qm_tools;
+
+std::vector<std::uint8_t> Counting(std::size_t n) {
+  std::vector<std::uint8_t> v(n);
+  for (std::size_t i = 0; i < n; ++i) v[i] = static_cast<std::uint8_t>(i * 7 + 3);
+  return v;
+}
+
+TEST(StreamingBase64, LinesOf76JoinedByCrLf) {
+  EXPECT_EQ(rtl::Base64Encode({'M', 'a', 'n'}), u"TWFu");
+  EXPECT_EQ(rtl::Base64Encode({'M', 'a'}), u"TWE=");
+  EXPECT_EQ(rtl::Base64Encode({'M'}), u"TQ==");
+  EXPECT_EQ(rtl::Base64Encode(std::vector<std::uint8_t>{}), u"");
+  const std::u16string one = rtl::Base64Encode(Counting(57));
+  EXPECT_EQ(one.size(), 76u);
+  EXPECT_EQ(one.find(u'\r'), std::u16string::npos);
+  const std::u16string two = rtl::Base64Encode(Counting(100));
+  ASSERT_EQ(two.size(), 76u + 2 + 60);
+  EXPECT_EQ(two.substr(76, 2), u"\r\n");
+  EXPECT_FALSE(two.ends_with(u"\r\n"));
+  for (const std::size_t n : {0u, 1u, 2u, 3u, 56u, 57u, 58u, 114u, 1000u})
+    EXPECT_EQ(rtl::Base64Decode(rtl::Base64Encode(Counting(n))), Counting(n)) << n;
+}
+
+TEST(StreamingBase64, DecodingSkipsLineBreaksAndRefusesTheRest) {
+  EXPECT_EQ(rtl::Base64Decode(u" TW\r\nFu\nTQ== "), (std::vector<std::uint8_t>{'M', 'a', 'n', 'M'}));
+  EXPECT_EQ(rtl::Base64Decode(u"TWE"), (std::vector<std::uint8_t>{'M', 'a'})) << "padding optional";
+  for (const char16_t* bad : {u"TW?u", u"T", u"TQ=x", u"TQ===", u"=TQ", u"TWFuä"})
+    EXPECT_THROW(rtl::Base64Decode(bad), rtl::EEncodingError) << rtl::Utf16ToUtf8(bad);
+}
+
+TEST(StreamingBase64, StreamsInAndOut) {
+  rtl::TMemoryStream source(Counting(100));
+  source.SetPosition(50);
+  std::u16string text;
+  ASSERT_TRUE(SaveImgStreamToBase64Str(source, text)) << "from the start, wherever it stood";
+  EXPECT_EQ(text, rtl::Base64Encode(Counting(100)));
+  rtl::TMemoryStream empty;
+  EXPECT_FALSE(SaveImgStreamToBase64Str(empty, text));
+  EXPECT_EQ(text, u"");
+
+  auto kept = std::make_unique<rtl::TMemoryStream>();
+  rtl::TMemoryStream* const before = kept.get();
+  EXPECT_FALSE(LoadImgStreamFromBase64Str(kept, u"  \r\n \t "));
+  EXPECT_EQ(kept.get(), before) << "a blank text leaves the stream alone";
+  // Lines that lost their CR on the way still read.
+  std::u16string lf = rtl::Base64Encode(Counting(100));
+  lf.erase(76, 1);
+  ASSERT_TRUE(LoadImgStreamFromBase64Str(kept, lf));
+  EXPECT_EQ(kept->Position(), 0);
+  EXPECT_EQ(kept->Bytes(), Counting(100));
+  EXPECT_THROW(LoadImgStreamFromBase64Str(kept, u"no base64!"), rtl::EEncodingError);
+}
+
+TEST(StreamingFiler, ValuesTakeTheirSmallestForm) {
+  rtl::TMemoryStream s;
+  rtl::TWriter w(s);
+  w.WriteSignature();
+  w.WriteInteger(-128);
+  w.WriteInteger(300);
+  w.WriteInteger(-70000);
+  w.WriteInteger(int64_t{1} << 40);
+  w.WriteString(u"abc");
+  w.WriteString(u"äöü");  // UTF-8 (6 bytes) is no shorter than UTF-16 (6): UTF-16
+  w.WriteString(std::u16string(300, u'x'));
+  w.WriteIdent(u"alClient");
+  w.WriteIdent(u"true");
+  w.WriteSet({u"fsBold", u"fsItalic"});
+  w.WriteListEnd();
+  const std::vector<std::uint8_t> head(s.Bytes().begin(), s.Bytes().begin() + 21);
+  EXPECT_EQ(head, (std::vector<std::uint8_t>{'T', 'P', 'F', '0', 2, 0x80, 3, 0x2C, 0x01, 4, 0x90,
+                                              0xEE, 0xFE, 0xFF, 19, 0, 0, 0, 0, 0, 1}));
+
+  s.SetPosition(0);
+  rtl::TReader r(s);
+  r.ReadSignature();
+  EXPECT_EQ(r.ReadInteger(), -128);
+  EXPECT_EQ(r.ReadInteger(), 300);
+  EXPECT_EQ(r.ReadInteger(), -70000);
+  EXPECT_EQ(r.ReadInteger(), int64_t{1} << 40);
+  EXPECT_EQ(r.NextValue(), rtl::vaString);
+  EXPECT_EQ(r.ReadString(), u"abc");
+  EXPECT_EQ(r.NextValue(), rtl::vaWString);
+  EXPECT_EQ(r.ReadString(), u"äöü");
+  EXPECT_EQ(r.NextValue(), rtl::vaLString);
+  EXPECT_EQ(r.ReadString(), std::u16string(300, u'x'));
+  EXPECT_EQ(r.ReadIdent(), u"alClient");
+  EXPECT_TRUE(r.ReadBoolean());
+  EXPECT_EQ(r.ReadSet(), (std::vector<std::u16string>{u"fsBold", u"fsItalic"}));
+  EXPECT_TRUE(r.EndOfList());
+  r.ReadListEnd();
+}
+
+TEST(StreamingFiler, SkippingAndRefusing) {
+  rtl::TMemoryStream s;
+  rtl::TWriter w(s);
+  w.WriteValue(rtl::vaList);
+  w.WriteValue(rtl::vaList);
+  w.WriteInteger(70000);
+  w.WriteString(u"x");
+  w.WriteListEnd();
+  w.WriteSet({u"a"});
+  w.WriteListEnd();
+  w.WriteInteger(5);
+  s.SetPosition(0);
+  rtl::TReader r(s);
+  r.SkipValue();
+  EXPECT_EQ(r.ReadInteger(), 5) << "the nested lists were passed over whole";
+
+  rtl::TMemoryStream bad(std::vector<std::uint8_t>{'T', 'P', 'F', '1', 99});
+  rtl::TReader rb(bad);
+  EXPECT_THROW(rb.ReadSignature(), rtl::EFilerError);
+  EXPECT_THROW(rb.ReadValue(), rtl::EFilerError) << "value type 99";
+  rtl::TMemoryStream word(std::vector<std::uint8_t>{6, 3, 'a'});
+  rtl::TReader rw(word);
+  EXPECT_THROW(rw.ReadInteger(), rtl::EFilerError);
+  word.SetPosition(0);
+  EXPECT_THROW(rw.ReadString(), rtl::EReadError) << "a string cut short";
+}
+
+TEST(StreamingPrinter, TheBlockIsReadFromTwiceItsFixedPart) {
+  const TPrinterInfoRange r = PrinterInfoRange(1000);
+  EXPECT_EQ(r.Offset, 272u);
+  EXPECT_EQ(r.Count, 864u);
+  EXPECT_EQ(r.Reserve, 1136u);
+  EXPECT_EQ(r.Offset + r.Count, r.Reserve) << "inside what is reserved";
+  EXPECT_EQ(PrinterInfoRange(100).Count, 0u);
+}
+
+}  // namespace

@@ -1,0 +1,380 @@
+// Streaming of components (ui/persist.h): the properties each class of the library stores,
+// the registry of classes a stream may name, and the reading and writing of a component
+// tree. Reading is iterative, so a stream nested deep cannot exhaust the stack.
+#include "ui/persist.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "ui/buttons.h"
+#include "ui/checklst.h"
+#include "ui/comctrls.h"
+#include "ui/extctrls.h"
+#include "ui/forms.h"
+#include "ui/grids.h"
+#include "ui/menus.h"
+#include "ui/stdctrls.h"
+
+namespace ui {
+
+namespace {
+
+using rtl::TReader;
+using rtl::TWriter;
+
+template <class E, std::size_t N>
+using TNames = std::array<std::pair<E, const char16_t*>, N>;
+
+constexpr TNames<TAlign, 6> kAligns{{{alNone, u"alNone"},
+                                     {alTop, u"alTop"},
+                                     {alBottom, u"alBottom"},
+                                     {alLeft, u"alLeft"},
+                                     {alRight, u"alRight"},
+                                     {alClient, u"alClient"}}};
+constexpr TNames<TBevelCut, 4> kBevels{
+    {{bvNone, u"bvNone"}, {bvLowered, u"bvLowered"}, {bvRaised, u"bvRaised"}, {bvSpace, u"bvSpace"}}};
+constexpr TNames<TPosition, 5> kPositions{{{poDesigned, u"poDesigned"},
+                                           {poDefault, u"poDefault"},
+                                           {poDefaultPosOnly, u"poDefaultPosOnly"},
+                                           {poScreenCenter, u"poScreenCenter"},
+                                           {poMainFormCenter, u"poMainFormCenter"}}};
+constexpr TNames<TFormBorderStyle, 5> kBorderStyles{{{bsNone, u"bsNone"},
+                                                     {bsSingle, u"bsSingle"},
+                                                     {bsSizeable, u"bsSizeable"},
+                                                     {bsDialog, u"bsDialog"},
+                                                     {bsToolWindow, u"bsToolWindow"}}};
+constexpr TNames<TColor, 25> kColors{{
+    {clScrollBar, u"clScrollBar"}, {clBackground, u"clBackground"}, {clWindow, u"clWindow"},
+    {clWindowText, u"clWindowText"}, {clWindowFrame, u"clWindowFrame"},
+    {clBtnFace, u"clBtnFace"}, {clBtnShadow, u"clBtnShadow"},
+    {clBtnHighlight, u"clBtnHighlight"}, {clBtnText, u"clBtnText"},
+    {clHighlight, u"clHighlight"}, {clHighlightText, u"clHighlightText"},
+    {clGrayText, u"clGrayText"}, {clInfoBk, u"clInfoBk"}, {clInfoText, u"clInfoText"},
+    {clBlack, u"clBlack"}, {clMaroon, u"clMaroon"}, {clGreen, u"clGreen"}, {clNavy, u"clNavy"},
+    {clGray, u"clGray"}, {clSilver, u"clSilver"}, {clRed, u"clRed"}, {clLime, u"clLime"},
+    {clYellow, u"clYellow"}, {clBlue, u"clBlue"}, {clWhite, u"clWhite"},
+}};
+
+template <class E, std::size_t N>
+void WriteEnum(TWriter& w, const TNames<E, N>& names, E value) {
+  for (const auto& [v, n] : names)
+    if (v == value) return w.WriteIdent(n);
+}
+
+template <class E, std::size_t N>
+E ReadEnum(TReader& r, const TNames<E, N>& names) {
+  const std::u16string ident = r.ReadIdent();
+  for (const auto& [v, n] : names)
+    if (rtl::SameText(ident, n)) return v;
+  throw rtl::EFilerError(u"Ungültiger Eigenschaftswert: " + ident);
+}
+
+int ReadInt(TReader& r) { return static_cast<int>(r.ReadInteger()); }
+
+// The registry, with the library's own classes in it from the first use.
+std::map<std::u16string, TComponentFactory, std::less<>>& Classes() {
+  static std::map<std::u16string, TComponentFactory, std::less<>> classes;
+  static std::once_flag standard;
+  std::call_once(standard, [] {
+    auto add = [](const std::type_info& type, TComponentFactory f) {
+      classes.emplace(rtl::TypeName(type), std::move(f));
+    };
+    add(typeid(TLabel), [](TComponent* o) { return new TLabel(o); });
+    add(typeid(TPanel), [](TComponent* o) { return new TPanel(o); });
+    add(typeid(TImage), [](TComponent* o) { return new TImage(o); });
+    add(typeid(TShape), [](TComponent* o) { return new TShape(o); });
+    add(typeid(TTimer), [](TComponent* o) { return new TTimer(o); });
+    add(typeid(TSpeedButton), [](TComponent* o) { return new TSpeedButton(o); });
+    add(typeid(TScrollBox), [](TComponent* o) { return new TScrollBox(o); });
+    add(typeid(TListBox), [](TComponent* o) { return new TListBox(o); });
+    add(typeid(TCheckListBox), [](TComponent* o) { return new TCheckListBox(o); });
+    add(typeid(TMemo), [](TComponent* o) { return new TMemo(o); });
+    add(typeid(TCheckBox), [](TComponent* o) { return new TCheckBox(o); });
+    add(typeid(TStringGrid), [](TComponent* o) { return new TStringGrid(o); });
+    add(typeid(THeaderControl), [](TComponent* o) { return new THeaderControl(o); });
+    add(typeid(TPopupMenu), [](TComponent* o) { return new TPopupMenu(o); });
+  });
+  return classes;
+}
+
+void WriteOne(TWriter& w, TComponent& c, TComponent* root) {
+  w.WriteStr(c.ClassName());
+  w.WriteStr(c.Name);
+  c.WriteProperties(w);
+  w.WriteListEnd();
+  c.GetChildren([&](TComponent* child) { WriteOne(w, *child, root); }, root);
+  w.WriteListEnd();
+}
+
+void ReadProperties(TReader& r, TComponent& c) {
+  while (!r.EndOfList()) {
+    const std::u16string name = r.ReadStr();
+    if (!c.ReadProperty(name, r))
+      throw rtl::EFilerError(u"Fehler beim Lesen von " + c.Name + u"." + name + u": Eigenschaft " +
+                             name + u" existiert nicht");
+  }
+  r.ReadListEnd();
+}
+
+}  // namespace
+
+void RegisterClass(const std::u16string& name, TComponentFactory factory) {
+  Classes()[name] = std::move(factory);
+}
+
+TComponentFactory FindClass(std::u16string_view name) {
+  const auto& classes = Classes();
+  const auto it = classes.find(name);
+  if (it == classes.end())
+    throw rtl::EClassNotFound(u"Klasse " + std::u16string(name) + u" nicht gefunden");
+  return it->second;
+}
+
+std::u16string ColorToIdent(TColor color) {
+  for (const auto& [v, n] : kColors)
+    if (v == color) return n;
+  return u"";
+}
+
+bool IdentToColor(std::u16string_view ident, TColor& color) {
+  for (const auto& [v, n] : kColors)
+    if (rtl::SameText(ident, n)) {
+      color = v;
+      return true;
+    }
+  return false;
+}
+
+void WriteComponent(rtl::TStream& stream, TComponent& component) {
+  TWriter w(stream);
+  w.WriteSignature();
+  WriteOne(w, component, &component);
+}
+
+void ReadComponent(rtl::TStream& stream, TComponent& component) {
+  TReader r(stream);
+  r.ReadSignature();
+  r.ReadStr();  // the root keeps its own class and name
+  r.ReadStr();
+  ReadProperties(r, component);
+  // The components whose children are being read, innermost last.
+  std::vector<TComponent*> open{&component};
+  while (!open.empty()) {
+    if (r.EndOfList()) {
+      r.ReadListEnd();
+      open.pop_back();
+      continue;
+    }
+    const std::u16string className = r.ReadStr();
+    const std::u16string name = r.ReadStr();
+    TComponent* child = name.empty() ? nullptr : component.FindComponent(name);
+    if (child == nullptr) {
+      child = FindClass(className)(&component);
+      child->Name = name;
+    }
+    child->SetParentComponent(open.back());
+    ReadProperties(r, *child);
+    open.push_back(child);
+  }
+}
+
+// ---- What each class stores -------------------------------------------------------------
+
+void TComponent::WriteProperties(TWriter& w) {
+  if (Tag != 0) {
+    w.WriteStr(u"Tag");
+    w.WriteInteger(Tag);
+  }
+}
+
+bool TComponent::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name != u"Tag") return false;
+  Tag = static_cast<std::intptr_t>(r.ReadInteger());
+  return true;
+}
+
+void TComponent::GetChildren(const std::function<void(TComponent*)>&, TComponent*) {}
+
+void TControl::WriteProperties(TWriter& w) {
+  TComponent::WriteProperties(w);
+  WriteBoundsProperties(w);
+  WriteOtherProperties(w);
+}
+
+void TControl::WriteBoundsProperties(TWriter& w) {
+  const std::pair<const char16_t*, int> bounds[] = {
+      {u"Left", Left()}, {u"Top", Top()}, {u"Width", Width()}, {u"Height", Height()}};
+  for (const auto& [n, v] : bounds) {
+    w.WriteStr(n);
+    w.WriteInteger(v);
+  }
+}
+
+void TControl::WriteOtherProperties(TWriter& w) {
+  if (align_ != alNone) {
+    w.WriteStr(u"Align");
+    WriteEnum(w, kAligns, align_);
+  }
+  if (AlignWithMargins) {
+    w.WriteStr(u"AlignWithMargins");
+    w.WriteBoolean(true);
+  }
+  if (!caption_.empty()) {
+    w.WriteStr(u"Caption");
+    w.WriteString(caption_);
+  }
+  if (!ParentColor) {
+    w.WriteStr(u"Color");
+    if (const std::u16string ident = ColorToIdent(Color); !ident.empty())
+      w.WriteIdent(ident);
+    else
+      w.WriteInteger(Color);
+    w.WriteStr(u"ParentColor");
+    w.WriteBoolean(false);
+  }
+  if (!enabled_) {
+    w.WriteStr(u"Enabled");
+    w.WriteBoolean(false);
+  }
+  if (!visible_) {
+    w.WriteStr(u"Visible");
+    w.WriteBoolean(false);
+  }
+}
+
+bool TControl::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name == u"Left") SetLeft(ReadInt(r));
+  else if (name == u"Top") SetTop(ReadInt(r));
+  else if (name == u"Width") SetWidth(ReadInt(r));
+  else if (name == u"Height") SetHeight(ReadInt(r));
+  else if (name == u"Align") SetAlign(ReadEnum(r, kAligns));
+  else if (name == u"AlignWithMargins") AlignWithMargins = r.ReadBoolean();
+  else if (name == u"Caption") SetCaption(r.ReadString());
+  else if (name == u"Color") {
+    if (r.NextValue() == rtl::vaIdent) {
+      const std::u16string ident = r.ReadIdent();
+      if (!IdentToColor(ident, Color))
+        throw rtl::EFilerError(u"Ungültiger Eigenschaftswert: " + ident);
+    } else {
+      Color = static_cast<TColor>(r.ReadInteger());
+    }
+    ParentColor = false;
+  } else if (name == u"ParentColor") ParentColor = r.ReadBoolean();
+  else if (name == u"Enabled") SetEnabled(r.ReadBoolean());
+  else if (name == u"Visible") SetVisible(r.ReadBoolean());
+  else return TComponent::ReadProperty(name, r);
+  return true;
+}
+
+void TControl::SetParentComponent(TComponent* parent) {
+  auto* control = dynamic_cast<TControl*>(parent);
+  if (TWinControl* container = control ? control->AsWinControl() : nullptr) SetParent(container);
+}
+
+void TWinControl::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
+  // A copy: nothing may change the list while it is walked, but a caller could try.
+  const std::vector<TControl*> controls(controls_.begin(), controls_.end());
+  for (TControl* c : controls)
+    if (c->Owner() == root) proc(c);
+}
+
+void TCustomForm::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
+  for (int i = 0; i < ComponentCount(); ++i)
+    if (!Components(i)->HasParent()) proc(Components(i));
+  TWinControl::GetChildren(proc, root);
+}
+
+void TCustomForm::WriteProperties(TWriter& w) {
+  TControl::WriteProperties(w);
+  if (BorderStyle != bsSizeable) {
+    w.WriteStr(u"BorderStyle");
+    WriteEnum(w, kBorderStyles, BorderStyle);
+  }
+  if (Position != poDefaultPosOnly) {
+    w.WriteStr(u"Position");
+    WriteEnum(w, kPositions, Position);
+  }
+  if (KeyPreview) {
+    w.WriteStr(u"KeyPreview");
+    w.WriteBoolean(true);
+  }
+}
+
+bool TCustomForm::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name == u"BorderStyle") BorderStyle = ReadEnum(r, kBorderStyles);
+  else if (name == u"Position") Position = ReadEnum(r, kPositions);
+  else if (name == u"KeyPreview") KeyPreview = r.ReadBoolean();
+  else return TControl::ReadProperty(name, r);
+  return true;
+}
+
+void TLabel::WriteProperties(TWriter& w) {
+  TComponent::WriteProperties(w);
+  WriteBoundsProperties(w);
+  // Before the caption, so that a label of fixed size is not sized to it while read.
+  const std::pair<const char16_t*, bool> flags[] = {{u"AutoSize", autoSize_},
+                                                    {u"ShowAccelChar", showAccelChar_}};
+  for (const auto& [n, v] : flags)
+    if (!v) {
+      w.WriteStr(n);
+      w.WriteBoolean(false);
+    }
+  WriteOtherProperties(w);
+  if (Transparent) {
+    w.WriteStr(u"Transparent");
+    w.WriteBoolean(true);
+  }
+  if (wordWrap_) {
+    w.WriteStr(u"WordWrap");
+    w.WriteBoolean(true);
+  }
+}
+
+bool TLabel::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name == u"AutoSize") SetAutoSize(r.ReadBoolean());
+  else if (name == u"ShowAccelChar") SetShowAccelChar(r.ReadBoolean());
+  else if (name == u"Transparent") Transparent = r.ReadBoolean();
+  else if (name == u"WordWrap") SetWordWrap(r.ReadBoolean());
+  else return TControl::ReadProperty(name, r);
+  return true;
+}
+
+void TPanel::WriteProperties(TWriter& w) {
+  TControl::WriteProperties(w);
+  if (BevelInner != bvNone) {
+    w.WriteStr(u"BevelInner");
+    WriteEnum(w, kBevels, BevelInner);
+  }
+  if (BevelOuter != bvRaised) {
+    w.WriteStr(u"BevelOuter");
+    WriteEnum(w, kBevels, BevelOuter);
+  }
+  if (BevelWidth != 1) {
+    w.WriteStr(u"BevelWidth");
+    w.WriteInteger(BevelWidth);
+  }
+  if (BorderWidth != 0) {
+    w.WriteStr(u"BorderWidth");
+    w.WriteInteger(BorderWidth);
+  }
+  if (!ShowCaption) {
+    w.WriteStr(u"ShowCaption");
+    w.WriteBoolean(false);
+  }
+}
+
+bool TPanel::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name == u"BevelInner") BevelInner = ReadEnum(r, kBevels);
+  else if (name == u"BevelOuter") BevelOuter = ReadEnum(r, kBevels);
+  else if (name == u"BevelWidth") BevelWidth = ReadInt(r);
+  else if (name == u"BorderWidth") BorderWidth = ReadInt(r);
+  else if (name == u"ShowCaption") ShowCaption = r.ReadBoolean();
+  else return TControl::ReadProperty(name, r);
+  return true;
+}
+
+}  // namespace ui
