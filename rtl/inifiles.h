@@ -1,14 +1,16 @@
-// INI files through the Windows profile API, as the framework's TIniFile does it: every
-// call opens the file, reads or writes one thing and closes it again, so other processes
-// see each write at once and nothing is held between calls. Windows build only.
+// INI files: TCustomIniFile, what every INI file offers, and TIniFile, the one through the
+// Windows profile API (TMemIniFile, held in memory, is in rtl/meminifile.h).
 //
-// The API's own rules apply: section and key names ignore case, values lose surrounding
-// blanks and one pair of surrounding quotes when read, a file name without a path means
-// the Windows directory, and a missing file reads as empty.
+// TIniFile works as the framework's does: every call opens the file, reads or writes one
+// thing and closes it again, so other processes see each write at once and nothing is
+// held between calls. The API's own rules apply: section and key names ignore case,
+// values lose surrounding blanks and one pair of surrounding quotes when read, a file name
+// without a path means the Windows directory, and a missing file reads as empty.
 #pragma once
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "rtl/classes.h"
 
@@ -20,25 +22,27 @@ class EIniFileException : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-class TIniFile : public TObject {
+// The integer an INI value stands for: decimal with optional sign, or hexadecimal after
+// "0x" or "$"; `fallback` for anything else.
+//   IniStrToInt(u"42", 0) == 42   IniStrToInt(u"$1F", 0) == 31   IniStrToInt(u"4 2", 7) == 7
+int IniStrToInt(std::u16string_view text, int fallback);
+
+// The framework's abstract INI file: strings, sections and keys are the kind's own
+// business; numbers and flags are read and written as text the same way for every kind.
+class TCustomIniFile : public TObject {
  public:
-  explicit TIniFile(std::u16string fileName);
-  // Flushes the system's cache of the file (UpdateFile).
-  ~TIniFile() override;
-  TIniFile(const TIniFile&) = delete;
-  TIniFile& operator=(const TIniFile&) = delete;
+  explicit TCustomIniFile(std::u16string fileName) : fileName_(std::move(fileName)) {}
+  TCustomIniFile(const TCustomIniFile&) = delete;
+  TCustomIniFile& operator=(const TCustomIniFile&) = delete;
 
   const std::u16string& FileName() const { return fileName_; }
 
-  // The value, or `fallback` when the key or file is missing. Values are read into the
-  // framework's buffer of 2047 characters; a longer value comes back cut there.
-  std::u16string ReadString(const std::u16string& section, const std::u16string& ident,
-                            const std::u16string& fallback) const;
-  // Raises EIniFileException when the system refuses the write.
-  void WriteString(const std::u16string& section, const std::u16string& ident,
-                   const std::u16string& value);
-  // Decimal, or hexadecimal after "0x" or "$"; `fallback` when missing or not a number.
-  //   "42" -> 42   "0x1F" -> 31   "$1F" -> 31   "4 2" -> fallback
+  // The value, or `fallback` when the key or file is missing.
+  virtual std::u16string ReadString(const std::u16string& section, const std::u16string& ident,
+                                    const std::u16string& fallback) const = 0;
+  virtual void WriteString(const std::u16string& section, const std::u16string& ident,
+                           const std::u16string& value) = 0;
+  // IniStrToInt of the value; `fallback` when missing or not a number.
   int ReadInteger(const std::u16string& section, const std::u16string& ident, int fallback) const;
   void WriteInteger(const std::u16string& section, const std::u16string& ident, int value);
   // Any integer but 0 reads as true; what is not an integer ("true") gives `fallback`.
@@ -50,18 +54,42 @@ class TIniFile : public TObject {
   bool SectionExists(const std::u16string& section) const;
   bool ValueExists(const std::u16string& section, const std::u16string& ident) const;
   // The section's keys, in file order, replacing what `keys` held.
-  void ReadSection(const std::u16string& section, TStrings& keys) const;
+  virtual void ReadSection(const std::u16string& section, TStrings& keys) const = 0;
   // The file's section names, in file order, replacing what `sections` held.
-  void ReadSections(TStrings& sections) const;
-  // Removes the section with its keys; raises EIniFileException when the system refuses.
-  void EraseSection(const std::u16string& section);
+  virtual void ReadSections(TStrings& sections) const = 0;
+  // Removes the section with its keys.
+  virtual void EraseSection(const std::u16string& section) = 0;
   // Removes one key; a missing key or file is no error.
-  void DeleteKey(const std::u16string& section, const std::u16string& ident);
-  // Writes the system's cached copy of the file to disk.
-  void UpdateFile();
+  virtual void DeleteKey(const std::u16string& section, const std::u16string& ident) = 0;
+  // Brings the file on disk up to date.
+  virtual void UpdateFile() = 0;
 
- private:
+ protected:
   std::u16string fileName_;
 };
+
+#ifdef _WIN32
+class TIniFile : public TCustomIniFile {
+ public:
+  using TCustomIniFile::TCustomIniFile;
+  // Flushes the system's cache of the file (UpdateFile).
+  ~TIniFile() override;
+
+  // Values are read into the framework's buffer of 2047 characters; a longer value comes
+  // back cut there.
+  std::u16string ReadString(const std::u16string& section, const std::u16string& ident,
+                            const std::u16string& fallback) const override;
+  // Raises EIniFileException when the system refuses the write.
+  void WriteString(const std::u16string& section, const std::u16string& ident,
+                   const std::u16string& value) override;
+  void ReadSection(const std::u16string& section, TStrings& keys) const override;
+  void ReadSections(TStrings& sections) const override;
+  // Raises EIniFileException when the system refuses.
+  void EraseSection(const std::u16string& section) override;
+  void DeleteKey(const std::u16string& section, const std::u16string& ident) override;
+  // Writes the system's cached copy of the file to disk.
+  void UpdateFile() override;
+};
+#endif
 
 }  // namespace rtl

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "rtl/inifiles.h"
-#include "rtl/meminifile.h"
 #include "rtl/ustring.h"
 
 namespace rtl {
@@ -37,8 +36,6 @@ void ReadList(const wchar_t* section, const std::u16string& fileName, TStrings& 
 
 }  // namespace
 
-TIniFile::TIniFile(std::u16string fileName) : fileName_(std::move(fileName)) {}
-
 TIniFile::~TIniFile() { WritePrivateProfileStringW(nullptr, nullptr, nullptr, W(fileName_)); }
 
 std::u16string TIniFile::ReadString(const std::u16string& section, const std::u16string& ident,
@@ -53,36 +50,6 @@ void TIniFile::WriteString(const std::u16string& section, const std::u16string& 
                            const std::u16string& value) {
   if (!WritePrivateProfileStringW(W(section), W(ident), W(value), W(fileName_)))
     throw EIniFileException("cannot write " + Utf16ToUtf8(fileName_));
-}
-
-int TIniFile::ReadInteger(const std::u16string& section, const std::u16string& ident,
-                          int fallback) const {
-  return IniStrToInt(ReadString(section, ident, u""), fallback);
-}
-
-void TIniFile::WriteInteger(const std::u16string& section, const std::u16string& ident, int value) {
-  WriteString(section, ident, IntToStr(value));
-}
-
-bool TIniFile::ReadBool(const std::u16string& section, const std::u16string& ident,
-                        bool fallback) const {
-  return ReadInteger(section, ident, fallback ? 1 : 0) != 0;
-}
-
-void TIniFile::WriteBool(const std::u16string& section, const std::u16string& ident, bool value) {
-  WriteString(section, ident, value ? u"1" : u"0");
-}
-
-bool TIniFile::SectionExists(const std::u16string& section) const {
-  TStringList keys;
-  ReadSection(section, keys);
-  return keys.Count() > 0;
-}
-
-bool TIniFile::ValueExists(const std::u16string& section, const std::u16string& ident) const {
-  TStringList keys;
-  ReadSection(section, keys);
-  return keys.IndexOf(ident) >= 0;
 }
 
 void TIniFile::ReadSection(const std::u16string& section, TStrings& keys) const {

@@ -1,4 +1,4 @@
-// TMemIniFile (rtl/meminifile.h) and the integer rule shared with TIniFile.
+// TMemIniFile (rtl/meminifile.h): the file as sections of lines in memory.
 #include "rtl/meminifile.h"
 
 #include <algorithm>
@@ -9,43 +9,6 @@
 
 namespace rtl {
 
-namespace {
-
-// Hexadecimal digits after a "0x" or "$" prefix (already removed), as the framework's
-// string-to-integer conversion reads them; false for anything else.
-bool HexValue(std::u16string_view digits, bool negative, int& value) {
-  if (digits.empty() || digits.size() > 8) return false;
-  unsigned result = 0;
-  for (char16_t c : digits) {
-    unsigned d;
-    if (c >= u'0' && c <= u'9')
-      d = c - u'0';
-    else if (c >= u'a' && c <= u'f')
-      d = c - u'a' + 10;
-    else if (c >= u'A' && c <= u'F')
-      d = c - u'A' + 10;
-    else
-      return false;
-    result = result * 16 + d;
-  }
-  value = static_cast<int>(negative ? 0u - result : result);
-  return true;
-}
-
-}  // namespace
-
-int IniStrToInt(std::u16string_view text, int fallback) {
-  const std::u16string trimmed = Trim(text);
-  std::u16string_view digits(trimmed);
-  const bool negative = !digits.empty() && digits.front() == u'-';
-  if (negative || (!digits.empty() && digits.front() == u'+')) digits.remove_prefix(1);
-  int value;
-  if (digits.starts_with(u"0x") || digits.starts_with(u"0X"))
-    return HexValue(digits.substr(2), negative, value) ? value : fallback;
-  if (digits.starts_with(u"$")) return HexValue(digits.substr(1), negative, value) ? value : fallback;
-  return StrToIntDef(trimmed, fallback);
-}
-
 // A section's lines are "key=value" (or a bare line kept as read); the list compares
 // names without regard to case.
 struct TMemIniFile::TSection {
@@ -54,7 +17,7 @@ struct TMemIniFile::TSection {
 };
 
 TMemIniFile::TMemIniFile(std::u16string fileName, TEncoding* encoding)
-    : fileName_(std::move(fileName)), encoding_(encoding) {
+    : TCustomIniFile(std::move(fileName)), encoding_(encoding) {
   std::vector<std::uint8_t> bytes;
   try {
     bytes = ReadFileBytes(fileName_);
@@ -109,35 +72,6 @@ void TMemIniFile::WriteString(const std::u16string& section, const std::u16strin
     s.Lines.Add(line);
   else
     s.Lines.Put(i, line);
-}
-
-int TMemIniFile::ReadInteger(const std::u16string& section, const std::u16string& ident,
-                             int fallback) const {
-  return IniStrToInt(ReadString(section, ident, u""), fallback);
-}
-
-void TMemIniFile::WriteInteger(const std::u16string& section, const std::u16string& ident,
-                               int value) {
-  WriteString(section, ident, IntToStr(value));
-}
-
-bool TMemIniFile::ReadBool(const std::u16string& section, const std::u16string& ident,
-                           bool fallback) const {
-  return ReadInteger(section, ident, fallback ? 1 : 0) != 0;
-}
-
-void TMemIniFile::WriteBool(const std::u16string& section, const std::u16string& ident,
-                            bool value) {
-  WriteString(section, ident, value ? u"1" : u"0");
-}
-
-bool TMemIniFile::SectionExists(const std::u16string& section) const {
-  return Find(section) != nullptr;
-}
-
-bool TMemIniFile::ValueExists(const std::u16string& section, const std::u16string& ident) const {
-  const TSection* s = Find(section);
-  return s != nullptr && s->Lines.IndexOfName(ident) >= 0;
 }
 
 void TMemIniFile::ReadSection(const std::u16string& section, TStrings& keys) const {

@@ -15,41 +15,26 @@
 
 #include "rtl/classes.h"
 #include "rtl/encoding.h"
+#include "rtl/inifiles.h"
 
 namespace rtl {
 
-// The integer an INI value stands for: decimal with optional sign, or hexadecimal after
-// "0x" or "$"; `fallback` for anything else. Both INI classes read integers so.
-//   IniStrToInt(u"42", 0) == 42   IniStrToInt(u"$1F", 0) == 31   IniStrToInt(u"4 2", 7) == 7
-int IniStrToInt(std::u16string_view text, int fallback);
-
-class TMemIniFile : public TObject {
+class TMemIniFile : public TCustomIniFile {
  public:
   // Reads `fileName` when it exists (a missing or unreadable file gives an empty copy).
   // Without an encoding a byte-order mark decides, else the ANSI code page; UpdateFile
   // writes with the same encoding and mark.
   explicit TMemIniFile(std::u16string fileName, TEncoding* encoding = nullptr);
   ~TMemIniFile() override;
-  TMemIniFile(const TMemIniFile&) = delete;
-  TMemIniFile& operator=(const TMemIniFile&) = delete;
-
-  const std::u16string& FileName() const { return fileName_; }
 
   std::u16string ReadString(const std::u16string& section, const std::u16string& ident,
-                            const std::u16string& fallback) const;
+                            const std::u16string& fallback) const override;
   void WriteString(const std::u16string& section, const std::u16string& ident,
-                   const std::u16string& value);
-  int ReadInteger(const std::u16string& section, const std::u16string& ident, int fallback) const;
-  void WriteInteger(const std::u16string& section, const std::u16string& ident, int value);
-  bool ReadBool(const std::u16string& section, const std::u16string& ident, bool fallback) const;
-  void WriteBool(const std::u16string& section, const std::u16string& ident, bool value);
-
-  bool SectionExists(const std::u16string& section) const;
-  bool ValueExists(const std::u16string& section, const std::u16string& ident) const;
-  void ReadSection(const std::u16string& section, TStrings& keys) const;
-  void ReadSections(TStrings& sections) const;
-  void EraseSection(const std::u16string& section);
-  void DeleteKey(const std::u16string& section, const std::u16string& ident);
+                   const std::u16string& value) override;
+  void ReadSection(const std::u16string& section, TStrings& keys) const override;
+  void ReadSections(TStrings& sections) const override;
+  void EraseSection(const std::u16string& section) override;
+  void DeleteKey(const std::u16string& section, const std::u16string& ident) override;
 
   // The copy as file lines: "[section]", its lines, an empty line after each section.
   void GetStrings(TStrings& lines) const;
@@ -57,14 +42,13 @@ class TMemIniFile : public TObject {
   void SetStrings(const TStrings& lines);
   void Clear();
   // Writes the copy to FileName; EFOpenError/EWriteError when the system refuses.
-  void UpdateFile();
+  void UpdateFile() override;
 
  private:
   struct TSection;
   TSection* Find(std::u16string_view section) const;
   TSection& FindOrAdd(std::u16string_view section);
 
-  std::u16string fileName_;
   TEncoding* encoding_;
   bool preamble_ = false;
   std::vector<std::unique_ptr<TSection>> sections_;

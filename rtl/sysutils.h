@@ -55,6 +55,9 @@ std::u16string ChangeFileExt(std::u16string_view fileName, std::u16string_view e
 #ifdef _WIN32
 // The full path of a loaded module; null: the program's own executable. "" on failure.
 std::u16string GetModuleName(HMODULE module);
+// The module this library is linked into: the program, or the package that carries it
+// (each module has its own copy of the library).
+HINSTANCE HInstance();
 #endif
 
 }  // namespace rtl

@@ -15,4 +15,15 @@ std::u16string GetModuleName(HMODULE module) {
   }
 }
 
+HINSTANCE HInstance() {
+  static const HINSTANCE instance = [] {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<LPCWSTR>(&HInstance), &module);
+    return module;
+  }();
+  return instance;
+}
+
 }  // namespace rtl

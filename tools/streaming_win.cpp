@@ -10,8 +10,9 @@
 
 #include "rtl/handles.h"
 #include "rtl/netencoding.h"
-#include "rtl/ustring.h"
 #include "rtl/streams.h"
+#include "rtl/sysutils.h"
+#include "rtl/ustring.h"
 #include "tools/streaming.h"
 #include "ui/persist.h"
 
@@ -20,15 +21,6 @@ namespace Qm_tools {
 namespace {
 
 const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
-
-// The module this code is linked into: the program, or the package that carries it.
-HMODULE ThisModule() {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                         GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCWSTR>(&ThisModule), &module);
-  return module;
-}
 
 struct PrinterCloser {
   void operator()(HANDLE h) const { ClosePrinter(h); }
@@ -99,7 +91,7 @@ void ConvertImgToPngSize(ui::TImage& Image, int Size) {
 }
 
 void CreateStreamFromResource(const std::u16string& ResName, rtl::TStream& Stream) {
-  const HMODULE module = ThisModule();
+  const HMODULE module = rtl::HInstance();
   const HRSRC info = FindResourceW(module, W(ResName), MAKEINTRESOURCEW(10));  // RT_RCDATA
   const HGLOBAL data = info ? LoadResource(module, info) : nullptr;
   const void* bytes = data ? LockResource(data) : nullptr;

@@ -2,6 +2,7 @@
 #include <memory>
 #include <vector>
 
+#include "rtl/sysutils.h"
 #include "ui/winclass.h"
 
 namespace ui {
@@ -50,16 +51,7 @@ LRESULT CALLBACK UtilWindowProc(HWND window, UINT msg, WPARAM wParam, LPARAM lPa
 
 }  // namespace
 
-HINSTANCE ModuleInstance() {
-  static const HINSTANCE instance = [] {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(
-        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-        reinterpret_cast<LPCWSTR>(&ModuleInstance), &module);
-    return module;
-  }();
-  return instance;
-}
+HINSTANCE ModuleInstance() { return rtl::HInstance(); }
 
 void RegisterWindowClass(const std::wstring& name, WNDPROC proc, UINT style) {
   ClassRegistry& registry = Registry();
