@@ -14,6 +14,7 @@
 
 #include "rtl/handles.h"
 #include "tests/message_pump.h"
+#include "win_support.h"
 
 namespace {
 
@@ -49,9 +50,7 @@ class Companion : public testing::Test {
     host_.reset(CreateWindowExW(0, wc.lpszClassName, L"Nox companion host", WS_OVERLAPPEDWINDOW, 0,
                                 0, 700, 500, nullptr, nullptr, wc.hInstance, nullptr));
     received.clear();
-    wchar_t dir[MAX_PATH];
-    GetTempPathW(MAX_PATH, dir);
-    log_ = std::wstring(dir) + L"nox_companion_test.log";
+    log_ = nox_test::W(nox_test::TempFolder() + u"nox_companion_test.log");
     DeleteFileW(log_.c_str());
   }
 

@@ -15,22 +15,13 @@
 
 #include "rtl/handles.h"
 #include "tests/message_pump.h"
+#include "win_support.h"
 
 namespace {
 
-// A path of the build as a Windows program takes it: under Wine, / is drive Z:.
-std::wstring WinPath(const std::string& path) {
-  std::wstring w(path.begin(), path.end());
-  if (!w.empty() && w[0] == L'/') w = L"Z:" + w;
-  for (wchar_t& c : w)
-    if (c == L'/') c = L'\\';
-  return w;
-}
-
+std::wstring WinPath(const char* path) { return nox_test::W(nox_test::WinPath(path)); }
 std::wstring TempFile(const std::wstring& name) {
-  wchar_t dir[MAX_PATH];
-  GetTempPathW(MAX_PATH, dir);
-  return dir + name;
+  return nox_test::W(nox_test::TempFolder()) + name;
 }
 
 struct TTreeLine {

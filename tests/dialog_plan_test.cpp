@@ -51,13 +51,6 @@ TEST(DialogPlanMessageBox, FlagsGiveKindAndButtons) {
   }
 }
 
-TEST(DialogPlanMessageBox, QuestionYesNoShowsGermanYesAndNo) {
-  TDialogPlan plan = Plan(MessageBoxKind(0x24), MessageBoxButtons(0x24));
-  EXPECT_EQ(RowOf(plan), (Row{{u"&Ja", mrYes}, {u"&Nein", mrNo}}));
-  EXPECT_EQ(plan.HeaderText, u"Bestätigung");
-  EXPECT_EQ(plan.GlyphIndex, 1);
-}
-
 TEST(DialogPlanWords, CaptionByLanguage) {
   struct Case {
     Str key;
@@ -99,7 +92,8 @@ TEST(DialogPlanHeader, KindGivesWordAndGlyph) {
   };
   const Case cases[] = {
       {mtWarning, 1, u"Warnung !", 0},      {mtWarning, 2, u"Warning !", 0},
-      {mtConfirmation, 2, u"Confirmation", 1}, {mtInformation, 1, u"Information", 2},
+      {mtConfirmation, 1, u"Bestätigung", 1},  {mtConfirmation, 2, u"Confirmation", 1},
+      {mtInformation, 1, u"Information", 2},
       {mtError, 1, u"Fehler", 3},           {mtCustom, 1, u"", -1},
   };
   for (const auto& c : cases) {

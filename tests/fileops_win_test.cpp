@@ -12,34 +12,21 @@
 #include <string>
 #include <vector>
 
-#include "dialog/QMMessageDlgVCL.h"
 #include "rtl/classes.h"
 #include "rtl/dateutils.h"
 #include "tools/fileops.h"
 #include "tools/paths.h"
+#include "win_support.h"
 
 namespace {
 
 using namespace Qm_tools;
+using nox_test::ReadBytes;
+using nox_test::W;
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
-
+// Fails the test when the file cannot be written.
 void WriteBytes(const std::u16string& name, const std::string& bytes) {
-  HANDLE f = CreateFileW(W(name), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  ASSERT_NE(f, INVALID_HANDLE_VALUE);
-  DWORD written = 0;
-  WriteFile(f, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(f);
-}
-
-std::string ReadBytes(const std::u16string& name) {
-  HANDLE f = CreateFileW(W(name), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (f == INVALID_HANDLE_VALUE) return "<missing>";
-  char buf[4096];
-  DWORD got = 0;
-  ReadFile(f, buf, sizeof buf, &got, nullptr);
-  CloseHandle(f);
-  return std::string(buf, got);
+  ASSERT_TRUE(nox_test::WriteBytes(name, bytes)) << rtl::Utf16ToUtf8(name);
 }
 
 DWORD Attributes(const std::u16string& name) { return GetFileAttributesW(W(name)); }
@@ -67,28 +54,16 @@ void RemoveTree(const std::u16string& dir) {
 class FileOpsWin : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t tmp[MAX_PATH];
-    const DWORD n = GetTempPathW(MAX_PATH, tmp);
-    root_ = chkPath(std::u16string(reinterpret_cast<const char16_t*>(tmp), n)) + u"fileops_test_" +
-            rtl::IntToStr(GetCurrentProcessId());
+    root_ = nox_test::TempFolder() + u"fileops_test_" + rtl::IntToStr(GetCurrentProcessId());
     RemoveTree(root_);
     ASSERT_TRUE(ForceDirectories(root_));
-    saved_ = QMMessageDlgVCL::SetDlgPresenter(
-        [this](const std::u16string& msg, QMMessageDlgVCL::TMsgDlgType, QMMessageDlgVCL::TMsgDlgButtons,
-               int) {
-          shown_.push_back(msg);
-          return QMMessageDlgVCL::mrOk;
-        });
   }
-  void TearDown() override {
-    QMMessageDlgVCL::SetDlgPresenter(saved_);
-    RemoveTree(root_);
-  }
+  void TearDown() override { RemoveTree(root_); }
   std::u16string In(const std::u16string& name) const { return root_ + u"\\" + name; }
 
   std::u16string root_;
-  std::vector<std::u16string> shown_;
-  QMMessageDlgVCL::TDlgPresenter saved_;
+  nox_test::ShownMessages messages_;
+  std::vector<std::u16string>& shown_ = messages_.shown;
 };
 
 TEST_F(FileOpsWin, CopyOfAReadOnlyFileIsReadOnlyAndTheSourceStaysSo) {

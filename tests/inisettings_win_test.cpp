@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "dialog/QMMessageDlgVCL.h"
 #include "rtl/inifiles.h"
 #include "rtl/meminifile.h"
 #include "rtl/sysutils.h"
@@ -19,33 +18,24 @@
 #include "tools/sysinfo.h"
 #include "ui/application.h"
 #include "ui/forms.h"
+#include "win_support.h"
 
 namespace {
 
 using namespace Qm_tools;
-
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+using nox_test::W;
 
 class IniSettingsWin : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t tmp[MAX_PATH];
-    const DWORD n = GetTempPathW(MAX_PATH, tmp);
-    folder_ = chkPath(std::u16string(reinterpret_cast<const char16_t*>(tmp), n)) +
-              u"inisettings_test_" + rtl::IntToStr(GetCurrentProcessId()) + u"\\";
+    folder_ = nox_test::TempFolder() + u"inisettings_test_" + rtl::IntToStr(GetCurrentProcessId()) +
+              u"\\";
     CreateDirectoryW(W(folder_), nullptr);
     savedIni_ = AppIniName;
     AppIniName = folder_ + u"app.INI";
-    savedPresenter_ = QMMessageDlgVCL::SetDlgPresenter(
-        [this](const std::u16string& msg, QMMessageDlgVCL::TMsgDlgType,
-               QMMessageDlgVCL::TMsgDlgButtons, int) {
-          shown_.push_back(msg);
-          return QMMessageDlgVCL::mrOk;
-        });
   }
   void TearDown() override {
     form_.reset();
-    QMMessageDlgVCL::SetDlgPresenter(savedPresenter_);
     AppIniName = savedIni_;
     WIN32_FIND_DATAW data;
     const HANDLE h = FindFirstFileW(W(folder_ + u"*"), &data);
@@ -81,8 +71,8 @@ class IniSettingsWin : public ::testing::Test {
 
   std::u16string folder_;
   std::u16string savedIni_;
-  std::vector<std::u16string> shown_;
-  QMMessageDlgVCL::TDlgPresenter savedPresenter_;
+  nox_test::ShownMessages messages_;
+  std::vector<std::u16string>& shown_ = messages_.shown;
   std::unique_ptr<ui::TForm> form_;
 };
 

@@ -12,13 +12,14 @@
 
 #include "rtl/handles.h"
 #include "tests/message_pump.h"
+#include "win_support.h"
 
 using namespace Qm_tools;
 using std::u16string;
 
 namespace {
 
-const wchar_t* W(const u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+using nox_test::W;
 
 struct Posted {
   HWND wnd;

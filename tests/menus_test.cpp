@@ -10,6 +10,7 @@
 #include "ui/clipbrd.h"
 #include "ui/menus.h"
 #include "ui/winclass.h"
+#include "win_support.h"
 
 namespace {
 
@@ -26,23 +27,10 @@ struct Driver {
 };
 Driver* driver = nullptr;
 
-HWND MenuWindow() {
-  HWND found = nullptr;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND window, LPARAM found) -> BOOL {
-        wchar_t name[16] = {};
-        GetClassNameW(window, name, 16);
-        if (std::wstring(name) != L"#32768" || !IsWindowVisible(window)) return TRUE;
-        *reinterpret_cast<HWND*>(found) = window;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&found));
-  return found;
-}
+using nox_test::VisibleMenuWindow;
 
 void CALLBACK PressKeys(HWND, UINT, UINT_PTR timer, DWORD) {
-  const HWND window = MenuWindow();
+  const HWND window = VisibleMenuWindow();
   if (window == nullptr) return;
   KillTimer(nullptr, timer);
   const auto menu = reinterpret_cast<HMENU>(SendMessageW(window, MN_GETHMENU, 0, 0));
@@ -91,7 +79,9 @@ TEST(MenusPopup, AKeyboardChoiceClicksTheItemOnceAfterTheMenuHasClosed) {
   AddItem(*menu, menu->Items(), u"-");
   TMenuItem* save = AddItem(*menu, menu->Items(), u"&Save && close");
   save->Checked = true;
-  save->OnClick = [&](TObject*) { clicks.push_back(MenuWindow() ? u"while shown" : u"save"); };
+  save->OnClick = [&](TObject*) {
+    clicks.push_back(VisibleMenuWindow() ? u"while shown" : u"save");
+  };
   menu->OnPopup = [&](TObject*) { hidden->Visible = false; };  // before the menu is made
 
   const Driver d = PopupAndPress(*menu, {VK_DOWN, VK_DOWN, VK_RETURN});

@@ -15,12 +15,13 @@
 #include "rtl/sysutils.h"
 #include "tools/paths.h"
 #include "tools/qm_globals.h"
+#include "win_support.h"
 
 namespace {
 
 using namespace Qm_tools;
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+using nox_test::W;
 
 std::u16string ExeName() {
   wchar_t path[MAX_PATH];

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/process.h"
 
@@ -84,18 +86,19 @@ TEST(ProcessAdmin, OnlyBareDocumentsGoThroughTheirProgram) {
 }
 
 TEST(ProcessFileType, EntriesWithAndWithoutIcon) {
-  const auto full = FileTypeEntries(u"C:\\P\\p.exe", u"nox", u"C:\\P\\p.exe,0");
-  ASSERT_EQ(full.size(), 3u);
-  EXPECT_EQ(full[0].Key, u".nox");
-  EXPECT_EQ(full[0].Value, u"nox_file");
-  EXPECT_EQ(full[1].Key, u"nox_file\\DefaultIcon");
-  EXPECT_EQ(full[1].Value, u"C:\\P\\p.exe,0");
-  EXPECT_EQ(full[2].Key, u"nox_file\\shell\\open\\command");
-  EXPECT_EQ(full[2].Value, u"\"C:\\P\\p.exe\" \"%1\"");
-
-  const auto bare = FileTypeEntries(u"p.exe", u"nox", u"");
-  ASSERT_EQ(bare.size(), 2u);
-  EXPECT_EQ(bare[1].Key, u"nox_file\\shell\\open\\command");
+  using Entries = std::vector<std::pair<std::u16string, std::u16string>>;
+  const auto pairs = [](const auto& entries) {
+    Entries r;
+    for (const auto& e : entries) r.emplace_back(e.Key, e.Value);
+    return r;
+  };
+  EXPECT_EQ(pairs(FileTypeEntries(u"C:\\P\\p.exe", u"nox", u"C:\\P\\p.exe,0")),
+            (Entries{{u".nox", u"nox_file"},
+                     {u"nox_file\\DefaultIcon", u"C:\\P\\p.exe,0"},
+                     {u"nox_file\\shell\\open\\command", u"\"C:\\P\\p.exe\" \"%1\""}}));
+  EXPECT_EQ(pairs(FileTypeEntries(u"p.exe", u"nox", u"")),
+            (Entries{{u".nox", u"nox_file"},
+                     {u"nox_file\\shell\\open\\command", u"\"p.exe\" \"%1\""}}));
 }
 
 }  // namespace

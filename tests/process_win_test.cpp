@@ -15,31 +15,21 @@
 #include <string>
 #include <vector>
 
-#include "dialog/QMMessageDlgVCL.h"
 #include "rtl/handles.h"
 #include "rtl/registry.h"
 #include "rtl/sysutils.h"
 #include "rtl/ustring.h"
 #include "tools/process.h"
+#include "win_support.h"
 
 namespace {
 
 using namespace Qm_tools;
+using nox_test::ShownMessages;
+using nox_test::TempFolder;
+using nox_test::W;
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
-
-std::u16string WinPath(const char* unixPath) {
-  std::u16string r = u"Z:";
-  for (const char* p = unixPath; *p; ++p) r += *p == '/' ? u'\\' : static_cast<char16_t>(*p);
-  return r;
-}
-const std::u16string kRecordArgs = WinPath(NOX_RECORDARGS_EXE);
-
-std::u16string TempFolder() {
-  wchar_t path[MAX_PATH] = {};
-  const DWORD n = GetTempPathW(MAX_PATH, path);
-  return std::u16string(reinterpret_cast<const char16_t*>(path), n);
-}
+const std::u16string kRecordArgs = nox_test::WinPath(NOX_RECORDARGS_EXE);
 
 // Ids of the running recordargs.exe processes.
 std::vector<DWORD> RunningRecorders() {
@@ -77,38 +67,13 @@ std::vector<std::string> Record(const std::u16string& params) {
   SetEnvironmentVariableW(L"NOX_RECORD_FILE", W(file));
   EXPECT_TRUE(ExecAndWaitBounded(kRecordArgs, params));
   SetEnvironmentVariableW(L"NOX_RECORD_FILE", nullptr);
-  const rtl::unique_hfile h(CreateFileW(W(file), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                        OPEN_EXISTING, 0, nullptr));
-  std::string text;
-  if (h) {
-    char buffer[4096];
-    DWORD read = 0;
-    while (ReadFile(h.get(), buffer, sizeof(buffer), &read, nullptr) && read > 0)
-      text.append(buffer, read);
-  }
+  const std::string text = nox_test::ReadBytes(file);
   DeleteFileW(W(file));
   std::vector<std::string> lines;
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
 }
-
-// Collects what ShowMessage shows while it lives, then puts the previous presenter back.
-class ShownMessages {
- public:
-  ShownMessages()
-      : previous_(QMMessageDlgVCL::SetDlgPresenter(
-            [this](const std::u16string& msg, QMMessageDlgVCL::TMsgDlgType,
-                   QMMessageDlgVCL::TMsgDlgButtons, int) {
-              shown.push_back(msg);
-              return 1;
-            })) {}
-  ~ShownMessages() { QMMessageDlgVCL::SetDlgPresenter(previous_); }
-  std::vector<std::u16string> shown;
-
- private:
-  QMMessageDlgVCL::TDlgPresenter previous_;
-};
 
 TEST(ProcessWinShell, MissingFileShowsTheShellsReasonAndStillSucceeds) {
   ShownMessages messages;
@@ -121,11 +86,7 @@ TEST(ProcessWinShell, MissingFileShowsTheShellsReasonAndStillSucceeds) {
 TEST(ProcessWinShell, ACodeWithoutATextShowsAnEmptyMessage) {
   // An existing file of a type nothing is registered for: "no association".
   const std::u16string file = TempFolder() + u"nox_process_test.noxnoassoc";
-  {
-    const rtl::unique_hfile h(CreateFileW(W(file), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr));
-    ASSERT_TRUE(h);
-  }
+  ASSERT_TRUE(nox_test::WriteBytes(file, ""));
   ShownMessages messages;
   EXPECT_TRUE(qm_ShellExecute(0, u"open", file, u"", u"", SW_SHOWNORMAL));
   DeleteFileW(W(file));
@@ -144,11 +105,7 @@ TEST(ProcessWinShell, AQuotedProgramAloneGetsTwoQuotesAsParameters) {
   std::string text;
   for (int i = 0; i < 300 && text.find('\n') == std::string::npos; ++i) {
     Sleep(100);
-    const rtl::unique_hfile h(CreateFileW(W(record), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                          OPEN_EXISTING, 0, nullptr));
-    char buffer[4096];
-    DWORD read = 0;
-    if (h && ReadFile(h.get(), buffer, sizeof(buffer), &read, nullptr)) text.assign(buffer, read);
+    text = nox_test::ReadBytes(record);
   }
   DeleteFileW(W(record));
   EXPECT_TRUE(messages.shown.empty());
@@ -263,11 +220,7 @@ TEST(ProcessWinFileType, WritesTheThreeKeys) {
 
 TEST(ProcessWinFileType, TextFilesOpenWithAProgram) {
   const std::u16string file = TempFolder() + u"nox_process_test.txt";
-  {
-    const rtl::unique_hfile h(CreateFileW(W(file), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr));
-    ASSERT_TRUE(h);
-  }
+  ASSERT_TRUE(nox_test::WriteBytes(file, ""));
   // Whatever the system associates (Wine's notepad, or nothing in a bare prefix), the answer
   // is a program that exists.
   const std::u16string program = GetExeForFile(file);

@@ -14,10 +14,11 @@
 #include "rtl/sysutils.h"
 #include "tools/paths.h"
 #include "tools/qm_globals.h"
+#include "win_support.h"
 
 namespace {
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+using nox_test::W;
 
 class SharedDataWinStartup : public ::testing::Test {
  protected:

@@ -16,6 +16,7 @@
 #include "package/packageinfo.h"
 #include "rtl/handles.h"
 #include "ui/forms.h"
+#include "win_support.h"
 
 namespace {
 
@@ -23,14 +24,8 @@ using namespace ToolsAPI;
 using namespace ToolsAPI::WelcomePage;
 using WNOXView::TMainFrame;
 
-// Build paths come in Unix form; Wine's drive Z: is the Unix root.
-std::wstring WinPath(const char* unixPath) {
-  std::wstring r = L"Z:";
-  for (const char* p = unixPath; *p; ++p) r += *p == '/' ? L'\\' : static_cast<wchar_t>(*p);
-  return r;
-}
-const std::wstring kCompanion = WinPath(NOX_COMPANION_EXE);
-const std::wstring kPackage = WinPath(NOX_PACKAGE_DLL);
+const std::wstring kCompanion = nox_test::W(nox_test::WinPath(NOX_COMPANION_EXE));
+const std::wstring kPackage = nox_test::W(nox_test::WinPath(NOX_PACKAGE_DLL));
 
 std::u16string U16(const std::wstring& s) { return std::u16string(s.begin(), s.end()); }
 
@@ -112,9 +107,8 @@ class SpineFrame : public ::testing::Test {
   void SetUp() override {
     KillCompanions();
     WNOXView::ProgLoaded = false;
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    appData_ = std::wstring(temp) + L"nox-spine-" + std::to_wstring(GetCurrentProcessId());
+    appData_ = nox_test::W(nox_test::TempFolder());
+    appData_ += L"nox-spine-" + std::to_wstring(GetCurrentProcessId());
     CreateDirectoryW(appData_.c_str(), nullptr);
     SetEnvironmentVariableW(L"APPDATA", appData_.c_str());
     SetEnvironmentVariableW(L"NOXPLUGIN_OPTIONS", nullptr);
@@ -374,15 +368,17 @@ class FakeWelcomePage final : public INTAWelcomePagePluginService {
   std::vector<std::wstring> unregistered, captions;
 };
 
+// Calls an entry point of the loaded package.
+void Call(HMODULE module, const char* name) {
+  reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)))();
+}
+
 TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   SetProgramLocation(L"Z:\\nowhere\\NOXPlugIn.exe");
   FakeWelcomePage page;
   WelcomePagePluginService = &page;
   HMODULE module = LoadLibraryW(kPackage.c_str());
   ASSERT_NE(module, nullptr);
-  const auto entry = [&](const char* name) {
-    return reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-  };
   // The package describes itself to the IDE's loader and in its version record.
   const auto* info = reinterpret_cast<const TPackageInfoTable* (*)()>(
       reinterpret_cast<void*>(GetProcAddress(module, "GetPackageInfoTable")))();
@@ -403,9 +399,9 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
                              reinterpret_cast<void**>(&text), &length));
   EXPECT_EQ(std::wstring(text), description);
 
-  entry("Initialize")();
-  entry("Initialize")();
-  entry("Register")();
+  Call(module, "Initialize");
+  Call(module, "Initialize");
+  Call(module, "Register");
   ASSERT_EQ(page.creators.size(), 1u);
   INTAWelcomePageContentPluginCreator* creator = page.creators[0];
   EXPECT_EQ(creator->GetPluginID(), u"WNOX");
@@ -427,15 +423,15 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   EXPECT_EQ(creator->GetView(), nullptr);
 
   // The first Finalize of two only counts; the second unregisters "WNOX".
-  entry("Finalize")();
+  Call(module, "Finalize");
   EXPECT_TRUE(page.unregistered.empty());
-  entry("Finalize")();
+  Call(module, "Finalize");
   EXPECT_EQ(page.unregistered, std::vector<std::wstring>{L"WNOX"});
 
   // Once the Welcome Page is gone, a start and stop of the package asks nothing of it.
   WelcomePagePluginService = nullptr;
-  entry("Initialize")();
-  entry("Finalize")();
+  Call(module, "Initialize");
+  Call(module, "Finalize");
   FreeLibrary(module);
 }
 
@@ -447,11 +443,8 @@ TEST_F(SpineFrame, UnloadingThePackageEndsTheDockedCompanion) {
   WelcomePagePluginService = &page;
   HMODULE module = LoadLibraryW(kPackage.c_str());
   ASSERT_NE(module, nullptr);
-  const auto entry = [&](const char* name) {
-    return reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-  };
-  entry("Initialize")();
-  entry("Register")();
+  Call(module, "Initialize");
+  Call(module, "Register");
   ASSERT_EQ(page.creators.size(), 1u);
   ui::TFrame* view = page.creators[0]->CreateView();
   ASSERT_NE(view, nullptr);
@@ -471,7 +464,7 @@ TEST_F(SpineFrame, UnloadingThePackageEndsTheDockedCompanion) {
     return found;
   };
   ASSERT_TRUE(PumpUntil(dockedBelowView, 20000));
-  entry("Finalize")();
+  Call(module, "Finalize");
   EXPECT_TRUE(PumpUntil([] { return CompanionProcesses() == 0; }, 10000));
   WelcomePagePluginService = nullptr;
   FreeLibrary(module);

@@ -17,16 +17,11 @@
 #include "ui/forms.h"
 #include "ui/persist.h"
 #include "ui/stdctrls.h"
+#include "win_support.h"
 
 namespace {
 
 using namespace Qm_tools;
-
-std::u16string TempFile(const char16_t* name) {
-  wchar_t tmp[MAX_PATH];
-  const DWORD n = GetTempPathW(MAX_PATH, tmp);
-  return std::u16string(reinterpret_cast<const char16_t*>(tmp), n) + name;
-}
 
 // A form with a panel that holds a label, and a timer.
 std::unique_ptr<ui::TForm> Designed() {
@@ -55,7 +50,7 @@ std::unique_ptr<ui::TForm> Designed() {
 }
 
 TEST(StreamingWinComponents, AFormComesBackWithItsTree) {
-  const std::u16string file = TempFile(u"nox_streaming_form.bin");
+  const std::u16string file = nox_test::TempFolder() + u"nox_streaming_form.bin";
   {
     auto form = Designed();
     SaveCompToFile(*form, file);
@@ -94,59 +89,87 @@ TEST(StreamingWinComponents, AFormComesBackWithItsTree) {
   LoadCompFromFile(copy, file);
   EXPECT_EQ(copy.ComponentCount(), count);
   EXPECT_EQ(label->Caption(), u"Größe: 0x7FFF €");
-  DeleteFileW(reinterpret_cast<const wchar_t*>(file.c_str()));
+  DeleteFileW(nox_test::W(file));
+}
+
+TEST(StreamingWinComponents, ListsMemosAndCheckBoxesKeepTheirContent) {
+  const std::u16string file = nox_test::TempFolder() + u"nox_streaming_lists.bin";
+  {
+    ui::TForm form(nullptr);
+    auto* list = new ui::TListBox(&form);
+    list->Name = u"List1";
+    list->SetParent(&form);
+    list->Items().Add(u"eins");
+    list->Items().Add(u"zwei é");
+    auto* memo = new ui::TMemo(&form);
+    memo->Name = u"Memo1";
+    memo->SetParent(&form);
+    memo->SetText(u"erste Zeile\r\nzweite");
+    auto* check = new ui::TCheckBox(&form);
+    check->Name = u"Check1";
+    check->SetParent(&form);
+    check->SetChecked(true);
+    SaveCompToFile(form, file);
+  }
+  ui::TForm copy(nullptr);
+  LoadCompFromFile(copy, file);
+  auto* list = dynamic_cast<ui::TListBox*>(copy.FindComponent(u"List1"));
+  auto* memo = dynamic_cast<ui::TMemo*>(copy.FindComponent(u"Memo1"));
+  auto* check = dynamic_cast<ui::TCheckBox*>(copy.FindComponent(u"Check1"));
+  ASSERT_TRUE(list && memo && check);
+  EXPECT_EQ(list->Items().CommaText(), u"eins,\"zwei é\"");
+  EXPECT_EQ(memo->Text(), u"erste Zeile\r\nzweite");
+  EXPECT_TRUE(check->Checked());
+  DeleteFileW(nox_test::W(file));
+}
+
+// A stream holding a TForm "F" whose properties and children `rest` writes, read from the
+// start.
+template <class Rest>
+std::unique_ptr<rtl::TMemoryStream> FormStream(Rest rest) {
+  auto stream = std::make_unique<rtl::TMemoryStream>();
+  {
+    rtl::TWriter w(*stream);
+    w.WriteSignature();
+    w.WriteStr(u"TForm");
+    w.WriteStr(u"F");
+    rest(w);
+  }
+  stream->SetPosition(0);
+  return stream;
 }
 
 TEST(StreamingWinComponents, UnknownClassesAndPropertiesReachTheCaller) {
-  rtl::TMemoryStream unknown;
-  {
-    rtl::TWriter w(unknown);
-    w.WriteSignature();
-    w.WriteStr(u"TForm");
-    w.WriteStr(u"F");
+  const auto unknownClass = FormStream([](rtl::TWriter& w) {
     w.WriteListEnd();
     w.WriteStr(u"TNoSuchControl");
     w.WriteStr(u"X1");
-    w.WriteListEnd();
-    w.WriteListEnd();
-    w.WriteListEnd();
-  }
-  ui::TForm form(nullptr);
-  unknown.SetPosition(0);
-  EXPECT_THROW(ui::ReadComponent(unknown, form), rtl::EClassNotFound);
-
-  rtl::TMemoryStream property;
-  {
-    rtl::TWriter w(property);
-    w.WriteSignature();
-    w.WriteStr(u"TForm");
-    w.WriteStr(u"F");
+    for (int i = 0; i < 3; ++i) w.WriteListEnd();
+  });
+  const auto unknownProperty = FormStream([](rtl::TWriter& w) {
     w.WriteStr(u"Frobnicate");
     w.WriteInteger(1);
     w.WriteListEnd();
     w.WriteListEnd();
-  }
-  property.SetPosition(0);
-  EXPECT_THROW(ui::ReadComponent(property, form), rtl::EFilerError);
+  });
+  ui::TForm form(nullptr);
+  EXPECT_THROW(ui::ReadComponent(*unknownClass, form), rtl::EClassNotFound);
+  EXPECT_THROW(ui::ReadComponent(*unknownProperty, form), rtl::EFilerError);
 }
 
 TEST(StreamingWinComponents, DeepNestingIsReadWithoutRecursion) {
-  rtl::TMemoryStream deep;
-  rtl::TWriter w(deep);
-  w.WriteSignature();
-  w.WriteStr(u"TForm");
-  w.WriteStr(u"F");
-  w.WriteListEnd();
   const int depth = 20000;
-  for (int i = 0; i < depth; ++i) {
-    w.WriteStr(u"TShape");
-    w.WriteStr(u"");
+  const auto deep = FormStream([](rtl::TWriter& w) {
     w.WriteListEnd();
-  }
-  for (int i = 0; i <= depth; ++i) w.WriteListEnd();
+    for (int i = 0; i < depth; ++i) {
+      w.WriteStr(u"TShape");
+      w.WriteStr(u"");
+      w.WriteListEnd();
+    }
+    for (int i = 0; i <= depth; ++i) w.WriteListEnd();
+  });
   ui::TForm form(nullptr);
-  deep.SetPosition(0);
-  ui::ReadComponent(deep, form);
+  ui::ReadComponent(*deep, form);
   EXPECT_EQ(form.ComponentCount(), depth);
 }
 

@@ -8,13 +8,13 @@
 
 #include <string>
 
-#include "dialog/QMMessageDlgVCL.h"
 #include "rtl/formatsettings.h"
 #include "rtl/handles.h"
 #include "rtl/registry.h"
 #include "rtl/ustring.h"
 #include "ui/extctrls.h"
 #include "ui/forms.h"
+#include "win_support.h"
 
 using namespace Qm_tools;
 using std::u16string;
@@ -189,18 +189,14 @@ TEST(SysInfoWinTimer, StopwatchTextIsMillisecondsAndShownWhenAsked) {
   TestTimerStart();
   EXPECT_GT(iTimerFreq, 0);
   Sleep(20);
-  u16string shown;
-  auto previous = QMMessageDlgVCL::SetDlgPresenter(
-      [&](const u16string& msg, QMMessageDlgVCL::TMsgDlgType, QMMessageDlgVCL::TMsgDlgButtons,
-          int) {
-        shown = msg;
-        return QMMessageDlgVCL::mrOk;
-      });
-  const u16string quiet = TestTimerStop(false);
-  EXPECT_TRUE(shown.empty());
-  const u16string text = TestTimerStop(true);
-  QMMessageDlgVCL::SetDlgPresenter(std::move(previous));
-  EXPECT_EQ(shown, text);
+  u16string quiet, text;
+  {
+    nox_test::ShownMessages messages;
+    quiet = TestTimerStop(false);
+    EXPECT_TRUE(messages.shown.empty());
+    text = TestTimerStop(true);
+    EXPECT_EQ(messages.shown, std::vector{text});
+  }
   ASSERT_GT(quiet.size(), 10u);
   EXPECT_EQ(quiet.substr(quiet.size() - 3), u" ms");
   EXPECT_EQ(quiet[quiet.size() - 10], u',') << rtl::Utf16ToUtf8(quiet);

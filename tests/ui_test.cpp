@@ -2,7 +2,6 @@
 // ownership, clicks, messages to overriding frames, application events and painting.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,22 +12,13 @@
 #include "ui/extctrls.h"
 #include "ui/forms.h"
 #include "ui/stdctrls.h"
+#include "message_pump.h"
 
 namespace {
 
 using namespace ui;
 
-// Handles messages until `done` or until `ms` have passed; returns `done()`.
-bool PumpUntil(const std::function<bool()>& done, int ms) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-  while (!done()) {
-    if (std::chrono::steady_clock::now() >= deadline) return false;
-    Application->ProcessMessages();
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-  }
-  return true;
-}
-void PumpFor(int ms) {
+void PumpFor(DWORD ms) {
   PumpUntil([] { return false; }, ms);
 }
 

@@ -14,10 +14,10 @@
 #include <string>
 #include <vector>
 
-#include "dialog/QMMessageDlgVCL.h"
 #include "tools/uihelpers.h"
 #include "ui/application.h"
 #include "ui/buttons.h"
+#include "win_support.h"
 
 namespace {
 
@@ -165,17 +165,7 @@ TEST(UiHelpersWin, CaptionsAreReplacedInTheTextsOfTheFormsOwnComponents) {
 // the menu's window (class "#32768") appeared and ends the menu.
 RECT shownMenu;
 void CALLBACK NoteAndEndMenu(HWND, UINT, UINT_PTR timer, DWORD) {
-  HWND found = nullptr;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND window, LPARAM found) -> BOOL {
-        wchar_t name[16] = {};
-        GetClassNameW(window, name, 16);
-        if (std::wstring(name) != L"#32768" || !IsWindowVisible(window)) return TRUE;
-        *reinterpret_cast<HWND*>(found) = window;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&found));
+  const HWND found = nox_test::VisibleMenuWindow();
   if (found == nullptr) return;
   KillTimer(nullptr, timer);
   GetWindowRect(found, &shownMenu);
@@ -303,13 +293,7 @@ TEST(UiHelpersWin, AFileTypesIconIsDrawnAtTheOffsetInTheAskedSize) {
 }
 
 TEST(UiHelpersWin, TheControlsUnderTheMouseAreNamedInnermostFirst) {
-  std::vector<std::u16string> shown;
-  const auto saved =
-      QMMessageDlgVCL::SetDlgPresenter([&](const std::u16string& msg, QMMessageDlgVCL::TMsgDlgType,
-                                           QMMessageDlgVCL::TMsgDlgButtons, int) {
-        shown.push_back(msg);
-        return QMMessageDlgVCL::mrOk;
-      });
+  nox_test::ShownMessages messages;
   auto form = ShownForm();
   form->Name = u"MainForm";
   auto* panel = Child<TPanel>(*form, u"Panel1", {20, 20, 220, 120});
@@ -325,13 +309,11 @@ TEST(UiHelpersWin, TheControlsUnderTheMouseAreNamedInnermostFirst) {
   GetControlHierarchyUnderMouse();
   SetCursorPos(1279, 1023);  // no window of this program
   GetControlHierarchyUnderMouse();
-  QMMessageDlgVCL::SetDlgPresenter(saved);
-
-  ASSERT_EQ(shown.size(), 2u);
-  EXPECT_EQ(shown[0],
-            u"Steuerelemente unter der Maus:\r\nTLabel \"Label1\"\r\n  TPanel \"Panel1\"\r\n"
-            u"    TForm \"MainForm\"");
-  EXPECT_EQ(shown[1], u"Kein Steuerelement unter der Maus (TScreen)");
+  EXPECT_EQ(messages.shown,
+            (std::vector<std::u16string>{
+                u"Steuerelemente unter der Maus:\r\nTLabel \"Label1\"\r\n  TPanel \"Panel1\"\r\n"
+                u"    TForm \"MainForm\"",
+                u"Kein Steuerelement unter der Maus (TScreen)"}));
 }
 
 }  // namespace

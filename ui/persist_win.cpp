@@ -75,6 +75,24 @@ E ReadEnum(TReader& r, const TNames<E, N>& names) {
 
 int ReadInt(TReader& r) { return static_cast<int>(r.ReadInteger()); }
 
+// A list of strings, as lines of lists and memos are stored.
+void WriteStrings(TWriter& w, const char16_t* name, const rtl::TStrings& lines) {
+  if (lines.Count() == 0) return;
+  w.WriteStr(name);
+  w.WriteValue(rtl::vaList);
+  for (int i = 0; i < lines.Count(); ++i) w.WriteString(lines[i]);
+  w.WriteListEnd();
+}
+
+void ReadStrings(TReader& r, rtl::TStrings& lines) {
+  if (r.ReadValue() != rtl::vaList) throw rtl::EFilerError(u"Ungültiger Eigenschaftswert");
+  lines.BeginUpdate();
+  lines.Clear();
+  while (!r.EndOfList()) lines.Add(r.ReadString());
+  r.ReadListEnd();
+  lines.EndUpdate();
+}
+
 // The registry, with the library's own classes in it from the first use.
 std::map<std::u16string, TComponentFactory, std::less<>>& Classes() {
   static std::map<std::u16string, TComponentFactory, std::less<>> classes;
@@ -374,6 +392,49 @@ bool TPanel::ReadProperty(const std::u16string& name, TReader& r) {
   else if (name == u"BorderWidth") BorderWidth = ReadInt(r);
   else if (name == u"ShowCaption") ShowCaption = r.ReadBoolean();
   else return TControl::ReadProperty(name, r);
+  return true;
+}
+
+void TListBox::WriteProperties(TWriter& w) {
+  TControl::WriteProperties(w);
+  WriteStrings(w, u"Items.Strings", Items());
+}
+
+bool TListBox::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name != u"Items.Strings") return TControl::ReadProperty(name, r);
+  ReadStrings(r, Items());
+  return true;
+}
+
+void TMemo::WriteProperties(TWriter& w) {
+  TControl::WriteProperties(w);
+  rtl::TStringList lines;
+  lines.SetText(Text());
+  WriteStrings(w, u"Lines.Strings", lines);
+}
+
+bool TMemo::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name != u"Lines.Strings") return TControl::ReadProperty(name, r);
+  rtl::TStringList lines;
+  ReadStrings(r, lines);
+  // Lines joined by line breaks, without one after the last, as a memo shows them.
+  std::u16string text = lines.Text();
+  if (text.ends_with(u"\r\n")) text.resize(text.size() - 2);
+  SetText(text);
+  return true;
+}
+
+void TCheckBox::WriteProperties(TWriter& w) {
+  TControl::WriteProperties(w);
+  if (Checked()) {
+    w.WriteStr(u"Checked");
+    w.WriteBoolean(true);
+  }
+}
+
+bool TCheckBox::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name != u"Checked") return TControl::ReadProperty(name, r);
+  SetChecked(r.ReadBoolean());
   return true;
 }
 

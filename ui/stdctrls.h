@@ -60,6 +60,10 @@ class TListBox : public TWinControl {
   // `existing`, else Count().
   int ItemAtPos(POINT pos, bool existing) const;
 
+  // The lines are stored as "Items.Strings".
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+
  protected:
   void CreateParamsFor(CreateParams& params) override;
   void CreateWnd() override;
@@ -80,6 +84,10 @@ class TMemo : public TWinControl {
   std::u16string Text() const;
   void SetText(const std::u16string& text);
 
+  // The text is stored line by line as "Lines.Strings".
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+
  protected:
   void CreateParamsFor(CreateParams& params) override;
 };
@@ -91,6 +99,9 @@ class TCheckBox : public TWinControl {
 
   bool Checked() const;
   void SetChecked(bool checked);
+
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;
