@@ -39,7 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   if (mode == 1) {
     const std::u16string text =
-        fuzz::DecodeText(data, size, false, u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/= \r\n#");
+        fuzz::DecodeText(data, size, false,
+                         u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/= \r\n#");
     std::vector<std::uint8_t> bytes;
     try {
       bytes = rtl::Base64Decode(text);

@@ -39,7 +39,8 @@ int IniStrToInt(std::u16string_view text, int fallback) {
   int value;
   if (digits.starts_with(u"0x") || digits.starts_with(u"0X"))
     return HexValue(digits.substr(2), negative, value) ? value : fallback;
-  if (digits.starts_with(u"$")) return HexValue(digits.substr(1), negative, value) ? value : fallback;
+  if (digits.starts_with(u"$"))
+    return HexValue(digits.substr(1), negative, value) ? value : fallback;
   return StrToIntDef(trimmed, fallback);
 }
 

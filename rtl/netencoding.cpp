@@ -13,7 +13,8 @@ constexpr std::size_t kCharsPerLine = 76;
 constexpr std::array<std::int8_t, 128> DecodeTable() {
   std::array<std::int8_t, 128> table{};
   for (auto& v : table) v = -1;
-  for (int i = 0; i < 64; ++i) table[static_cast<unsigned char>(kAlphabet[i])] = static_cast<std::int8_t>(i);
+  for (int i = 0; i < 64; ++i)
+    table[static_cast<unsigned char>(kAlphabet[i])] = static_cast<std::int8_t>(i);
   return table;
 }
 constexpr std::array<std::int8_t, 128> kDecode = DecodeTable();

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "dialog/QMMessageDlgVCL.h"
+#include "rtl/handles.h"
 
 namespace nox_test {
 
@@ -31,24 +32,23 @@ inline std::u16string TempFolder() {
 }
 
 inline bool WriteBytes(const std::u16string& name, const std::string& bytes) {
-  const HANDLE f = CreateFileW(W(name), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  if (f == INVALID_HANDLE_VALUE) return false;
+  const rtl::unique_hfile f(
+      CreateFileW(W(name), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
   DWORD written = 0;
-  WriteFile(f, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(f);
-  return written == bytes.size();
+  return f && WriteFile(f.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written,
+                        nullptr) &&
+         written == bytes.size();
 }
 
 // "<missing>" for a file that cannot be opened.
 inline std::string ReadBytes(const std::u16string& name) {
-  const HANDLE f = CreateFileW(W(name), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
-                               nullptr);
-  if (f == INVALID_HANDLE_VALUE) return "<missing>";
+  const rtl::unique_hfile f(CreateFileW(W(name), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                        OPEN_EXISTING, 0, nullptr));
+  if (!f) return "<missing>";
   std::string text;
   char buffer[4096];
   DWORD got = 0;
-  while (ReadFile(f, buffer, sizeof buffer, &got, nullptr) && got > 0) text.append(buffer, got);
-  CloseHandle(f);
+  while (ReadFile(f.get(), buffer, sizeof buffer, &got, nullptr) && got > 0) text.append(buffer, got);
   return text;
 }
 

@@ -1,7 +1,7 @@
 // Pictures in file formats (ui/graphics.h, TPicture): decoded and encoded through the
-// Windows Imaging Component. Decoded pixels become a top-down 32-bit DIB with
-// premultiplied alpha, which TBitmap draws blended; the bytes read are kept, so that a
-// picture is saved in the format it came in.
+// Windows Imaging Component. Decoded pixels (straight alpha) become a 32-bit DIB with
+// premultiplied alpha (CreateDib32), which TBitmap draws blended; the bytes read are kept,
+// so that a picture is saved in the format it came in.
 #include <windows.h>
 
 #include <wincodec.h>
@@ -102,24 +102,24 @@ void TPicture::LoadFromStream(rtl::TStream& stream) {
                                               WICDecodeMetadataCacheOnDemand, decoder.put())) ||
       FAILED(decoder->GetContainerFormat(&container)) || FAILED(decoder->GetFrame(0, frame.put())) ||
       FAILED(factory->CreateFormatConverter(converter.put())) ||
-      FAILED(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppPBGRA,
+      FAILED(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppBGRA,
                                    WICBitmapDitherTypeNone, nullptr, 0,
                                    WICBitmapPaletteTypeCustom)))
     Invalid();
   UINT width = 0, height = 0;
-  if (FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0) Invalid();
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof(info.bmiHeader);
-  info.bmiHeader.biWidth = static_cast<LONG>(width);
-  info.bmiHeader.biHeight = -static_cast<LONG>(height);
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  info.bmiHeader.biCompression = BI_RGB;
-  void* bits = nullptr;
-  rtl::unique_hbitmap dib(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (!dib || FAILED(converter->CopyPixels(nullptr, width * 4, width * height * 4,
-                                           static_cast<BYTE*>(bits))))
+  // A header may claim any size: more than 2^28 pixels (a gigabyte) is no picture here.
+  if (FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0 ||
+      std::uint64_t{width} * height > (std::uint64_t{1} << 28))
     Invalid();
+  std::vector<std::uint32_t> pixels(std::size_t{width} * height);
+  if (FAILED(converter->CopyPixels(nullptr, width * 4, static_cast<UINT>(pixels.size() * 4),
+                                   reinterpret_cast<BYTE*>(pixels.data()))))
+    Invalid();
+  rtl::unique_hbitmap dib =
+      CreateDib32(static_cast<int>(width), static_cast<int>(height), [&](int x, int y) {
+        return pixels[std::size_t(y) * width + std::size_t(x)];
+      });
+  if (!dib) Invalid();
   bitmap_.SetHandle(std::move(dib), afPremultiplied);
   format_ = FormatOf(container);
   encoded_ = std::move(bytes);
