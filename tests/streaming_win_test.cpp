@@ -15,6 +15,7 @@
 #include "tools/streaming.h"
 #include "ui/extctrls.h"
 #include "ui/forms.h"
+#include "ui/menus.h"
 #include "ui/persist.h"
 #include "ui/stdctrls.h"
 #include "win_support.h"
@@ -137,6 +138,47 @@ std::unique_ptr<rtl::TMemoryStream> FormStream(Rest rest) {
   }
   stream->SetPosition(0);
   return stream;
+}
+
+TEST(StreamingWinComponents, PopupMenusKeepTheirItemTree) {
+  rtl::TMemoryStream stream;
+  {
+    ui::TForm form(nullptr);
+    auto* menu = new ui::TPopupMenu(&form);
+    menu->Name = u"Menu1";
+    int n = 0;
+    for (const char16_t* caption : {u"&Öffnen", u"-", u"Mehr"}) {
+      auto* item = new ui::TMenuItem(&form);
+      item->Name = u"Item" + rtl::IntToStr(++n);
+      item->Caption = caption;
+      menu->Items()->Add(item);
+    }
+    auto* sub = new ui::TMenuItem(&form);
+    sub->Name = u"Sub";
+    sub->Caption = u"Unterpunkt";
+    sub->Checked = true;
+    sub->Enabled = false;
+    menu->Items()->Items(2)->Add(sub);
+    ui::WriteComponent(stream, form);
+  }
+  ui::TForm copy(nullptr);
+  stream.SetPosition(0);
+  ui::ReadComponent(stream, copy);
+  auto* menu = dynamic_cast<ui::TPopupMenu*>(copy.FindComponent(u"Menu1"));
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->Items()->Count(), 3);
+  EXPECT_EQ(menu->Items()->Items(0)->Caption, u"&Öffnen");
+  EXPECT_EQ(menu->Items()->Items(1)->Caption, u"-");
+  ASSERT_EQ(menu->Items()->Items(2)->Count(), 1);
+  const ui::TMenuItem* sub = menu->Items()->Items(2)->Items(0);
+  EXPECT_EQ(sub->Caption, u"Unterpunkt");
+  EXPECT_TRUE(sub->Checked);
+  EXPECT_FALSE(sub->Enabled);
+  // Read again: the items stay in their places, none is added.
+  stream.SetPosition(0);
+  ui::ReadComponent(stream, copy);
+  EXPECT_EQ(menu->Items()->Count(), 3);
+  EXPECT_EQ(menu->Items()->Items(2)->Count(), 1);
 }
 
 TEST(StreamingWinComponents, UnknownClassesAndPropertiesReachTheCaller) {

@@ -40,6 +40,13 @@ class TMenuItem : public TComponent {
   // Runs OnClick when the item is enabled.
   virtual void Click();
 
+  // Stored inside its menu or parent item, with its subitems.
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
+  bool HasParent() const override { return true; }
+  void SetParentComponent(TComponent* parent) override;
+
   // Appends a subitem. An item belongs to one parent at a time: adding one that has a
   // parent, or this item or one above it, raises EMenuError.
   void Add(TMenuItem* item);
@@ -74,6 +81,9 @@ class TPopupMenu : public TComponent {
   // has closed. The item the user chose, if any, is clicked (Click) after the menu has
   // closed and before Popup returns; it may free the popup menu.
   virtual void Popup(int x, int y);
+
+  // Its items are stored inside it.
+  void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
 
   // Whoever pops the menu up sets this to the component it was asked for over.
   TComponent* PopupComponent = nullptr;

@@ -115,6 +115,7 @@ std::map<std::u16string, TComponentFactory, std::less<>>& Classes() {
     add(typeid(TStringGrid), [](TComponent* o) { return new TStringGrid(o); });
     add(typeid(THeaderControl), [](TComponent* o) { return new THeaderControl(o); });
     add(typeid(TPopupMenu), [](TComponent* o) { return new TPopupMenu(o); });
+    add(typeid(TMenuItem), [](TComponent* o) { return new TMenuItem(o); });
   });
   return classes;
 }
@@ -436,6 +437,59 @@ bool TCheckBox::ReadProperty(const std::u16string& name, TReader& r) {
   if (name != u"Checked") return TControl::ReadProperty(name, r);
   SetChecked(r.ReadBoolean());
   return true;
+}
+
+void TMenuItem::WriteProperties(TWriter& w) {
+  TComponent::WriteProperties(w);
+  if (!Caption.empty()) {
+    w.WriteStr(u"Caption");
+    w.WriteString(Caption);
+  }
+  if (Checked) {
+    w.WriteStr(u"Checked");
+    w.WriteBoolean(true);
+  }
+  if (!Enabled) {
+    w.WriteStr(u"Enabled");
+    w.WriteBoolean(false);
+  }
+  if (!Hint.empty()) {
+    w.WriteStr(u"Hint");
+    w.WriteString(Hint);
+  }
+  if (!Visible) {
+    w.WriteStr(u"Visible");
+    w.WriteBoolean(false);
+  }
+}
+
+bool TMenuItem::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name == u"Caption") Caption = r.ReadString();
+  else if (name == u"Checked") Checked = r.ReadBoolean();
+  else if (name == u"Enabled") Enabled = r.ReadBoolean();
+  else if (name == u"Hint") Hint = r.ReadString();
+  else if (name == u"Visible") Visible = r.ReadBoolean();
+  else return TComponent::ReadProperty(name, r);
+  return true;
+}
+
+void TMenuItem::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
+  for (TMenuItem* item : items_)
+    if (item->Owner() == root) proc(item);
+}
+
+void TMenuItem::SetParentComponent(TComponent* parent) {
+  TMenuItem* into = dynamic_cast<TMenuItem*>(parent);
+  if (auto* menu = dynamic_cast<TPopupMenu*>(parent)) into = menu->Items();
+  // Read again into the same menu: the item is where it belongs already.
+  if (into != nullptr && parent_ != into) {
+    if (parent_ != nullptr) parent_->Remove(this);
+    into->Add(this);
+  }
+}
+
+void TPopupMenu::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
+  items_->GetChildren(proc, root);
 }
 
 }  // namespace ui
