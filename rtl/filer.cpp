@@ -94,6 +94,13 @@ void TWriter::WriteSet(const std::vector<std::u16string>& members) {
   WriteStr(u"");
 }
 
+void TWriter::WriteBinary(const std::vector<std::uint8_t>& bytes) {
+  WriteValue(vaBinary);
+  const auto size = static_cast<std::int32_t>(bytes.size());
+  Bytes(&size, 4);
+  if (!bytes.empty()) Bytes(bytes.data(), bytes.size());
+}
+
 void TReader::ReadSignature() {
   char signature[4];
   if (stream_.Read(signature, 4) != 4 || std::string_view(signature, 4) != "TPF0")
@@ -114,6 +121,14 @@ TValueType TReader::NextValue() {
 
 void TReader::ReadListEnd() {
   if (ReadValue() != vaNull) Invalid(u"Listenende erwartet");
+}
+
+std::size_t TReader::Length(std::int32_t count, int unitSize) {
+  // Checked against what the stream still holds before anything is reserved: a length
+  // read from the stream may say anything.
+  if (count < 0 || std::int64_t{count} * unitSize > stream_.Size() - stream_.Position())
+    Invalid(u"Länge außerhalb des Streams");
+  return static_cast<std::size_t>(count);
 }
 
 std::u16string TReader::ReadStr() {
@@ -150,16 +165,12 @@ std::u16string TReader::ReadString() {
     }
     case vaLString:
     case vaUTF8String: {
-      const auto length = Read<std::int32_t>();
-      if (length < 0) Invalid(u"negative Länge");
-      std::string utf8(static_cast<std::size_t>(length), '\0');
+      std::string utf8(Length(Read<std::int32_t>(), 1), '\0');
       Bytes(utf8.data(), utf8.size());
       return Utf8ToUtf16(utf8);
     }
     case vaWString: {
-      const auto length = Read<std::int32_t>();
-      if (length < 0) Invalid(u"negative Länge");
-      std::u16string s(static_cast<std::size_t>(length), u'\0');
+      std::u16string s(Length(Read<std::int32_t>(), 2), u'\0');
       Bytes(s.data(), s.size() * 2);
       return s;
     }
@@ -183,6 +194,13 @@ std::vector<std::u16string> TReader::ReadSet() {
   std::vector<std::u16string> members;
   for (std::u16string m = ReadStr(); !m.empty(); m = ReadStr()) members.push_back(m);
   return members;
+}
+
+std::vector<std::uint8_t> TReader::ReadBinary() {
+  if (ReadValue() != vaBinary) Invalid(u"Binärdaten erwartet");
+  std::vector<std::uint8_t> bytes(Length(Read<std::int32_t>(), 1));
+  if (!bytes.empty()) Bytes(bytes.data(), bytes.size());
+  return bytes;
 }
 
 void TReader::SkipValue() {

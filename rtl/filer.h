@@ -51,6 +51,8 @@ class TWriter {
   void WriteIdent(std::u16string_view ident);
   // A set as the names of its members.
   void WriteSet(const std::vector<std::u16string>& members);
+  // Bytes of the component's own format (a picture's data).
+  void WriteBinary(const std::vector<std::uint8_t>& bytes);
   void WriteListEnd() { WriteValue(vaNull); }
 
  private:
@@ -76,11 +78,15 @@ class TReader {
   std::u16string ReadString();
   std::u16string ReadIdent();
   std::vector<std::u16string> ReadSet();
+  std::vector<std::uint8_t> ReadBinary();
   // Passes over the next value, whatever it is.
   void SkipValue();
 
  private:
   void Bytes(void* data, std::size_t size) { stream_.ReadBuffer(data, size); }
+  // A count of units of unitSize bytes that the rest of the stream can hold; EFilerError
+  // for a negative one or one beyond the end.
+  std::size_t Length(std::int32_t count, int unitSize);
   template <class T>
   T Read() {
     T value;

@@ -129,6 +129,13 @@ TEST(StreamingFiler, SkippingAndRefusing) {
   EXPECT_THROW(rw.ReadInteger(), rtl::EFilerError);
   word.SetPosition(0);
   EXPECT_THROW(rw.ReadString(), rtl::EReadError) << "a string cut short";
+  // Lengths are held against the stream's end before anything is reserved.
+  rtl::TMemoryStream huge(std::vector<std::uint8_t>{12, 0xFF, 0xFF, 0xFF, 0x7F, 'x'});
+  EXPECT_THROW(rtl::TReader(huge).ReadString(), rtl::EFilerError);
+  rtl::TMemoryStream binary;
+  rtl::TWriter(binary).WriteBinary({1, 2, 3});
+  binary.SetPosition(0);
+  EXPECT_EQ(rtl::TReader(binary).ReadBinary(), (std::vector<std::uint8_t>{1, 2, 3}));
 }
 
 TEST(StreamingPrinter, TheBlockIsReadFromTwiceItsFixedPart) {

@@ -50,6 +50,12 @@ std::unique_ptr<ui::TForm> Designed() {
   return form;
 }
 
+// The colour of a picture's pixel, alpha dropped.
+std::uint32_t Pixel(ui::TPicture& picture, int x, int y) {
+  const std::vector<std::uint32_t> pixels = ui::ReadPixels32(picture.Bitmap().Handle());
+  return pixels.at(static_cast<std::size_t>(y * picture.Width() + x)) & 0xFFFFFF;
+}
+
 TEST(StreamingWinComponents, AFormComesBackWithItsTree) {
   const std::u16string file = nox_test::TempFolder() + u"nox_streaming_form.bin";
   {
@@ -140,6 +146,35 @@ std::unique_ptr<rtl::TMemoryStream> FormStream(Rest rest) {
   return stream;
 }
 
+TEST(StreamingWinComponents, ImagesKeepTheirPictureInItsFormat) {
+  rtl::TMemoryStream stream;
+  {
+    ui::TForm form(nullptr);
+    auto* png = new ui::TImage(&form);
+    png->Name = u"Png";
+    png->SetParent(&form);
+    png->Picture.Assign(ui::CreateDib24(5, 4, [](int, int) { return ui::clRed; }));
+    ConvertImgToPngSize(*png, 8);
+    png->Stretch = true;
+    auto* bmp = new ui::TImage(&form);
+    bmp->Name = u"Bmp";
+    bmp->SetParent(&form);
+    bmp->Picture.Assign(ui::CreateDib24(3, 2, [](int, int) { return ui::clLime; }));
+    ui::WriteComponent(stream, form);
+  }
+  ui::TForm copy(nullptr);
+  stream.SetPosition(0);
+  ui::ReadComponent(stream, copy);
+  auto* png = dynamic_cast<ui::TImage*>(copy.FindComponent(u"Png"));
+  auto* bmp = dynamic_cast<ui::TImage*>(copy.FindComponent(u"Bmp"));
+  ASSERT_TRUE(png && bmp);
+  EXPECT_EQ(png->Picture.Format(), ui::pfPng);
+  EXPECT_EQ(png->Picture.Width(), 8);
+  EXPECT_TRUE(png->Stretch);
+  EXPECT_EQ(bmp->Picture.Format(), ui::pfBmp);
+  EXPECT_EQ(Pixel(bmp->Picture, 2, 1), 0x00FF00u);
+}
+
 TEST(StreamingWinComponents, PopupMenusKeepTheirItemTree) {
   rtl::TMemoryStream stream;
   {
@@ -213,12 +248,6 @@ TEST(StreamingWinComponents, DeepNestingIsReadWithoutRecursion) {
   ui::TForm form(nullptr);
   ui::ReadComponent(*deep, form);
   EXPECT_EQ(form.ComponentCount(), depth);
-}
-
-// The colour of a picture's pixel, alpha dropped.
-std::uint32_t Pixel(ui::TPicture& picture, int x, int y) {
-  const std::vector<std::uint32_t> pixels = ui::ReadPixels32(picture.Bitmap().Handle());
-  return pixels.at(static_cast<std::size_t>(y * picture.Width() + x)) & 0xFFFFFF;
 }
 
 TEST(StreamingWinPictures, ASquareThumbnailIsStretchedAndTravelsAsBase64) {

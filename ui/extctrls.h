@@ -46,6 +46,10 @@ class TImage : public TGraphicControl {
   bool Center = false;
   bool Transparent = false;
 
+  // The picture is stored as "Picture.Data": the name of its graphic class, then its bytes.
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+
  protected:
   void Paint(HDC dc) override;
 };

@@ -492,4 +492,59 @@ void TPopupMenu::GetChildren(const std::function<void(TComponent*)>& proc, TComp
   items_->GetChildren(proc, root);
 }
 
+namespace {
+
+// The framework's graphic classes by format; a bitmap's bytes carry their size first.
+const char16_t* GraphicClassName(TPictureFormat format) {
+  switch (format) {
+    case pfBmp: return u"TBitmap";
+    case pfPng: return u"TPngImage";
+    case pfJpeg: return u"TJPEGImage";
+    case pfGif: return u"TGIFImage";
+    default: return u"TWICImage";
+  }
+}
+
+}  // namespace
+
+void TImage::WriteProperties(TWriter& w) {
+  TControl::WriteProperties(w);
+  if (Picture.Format() != pfNone) {
+    rtl::TMemoryStream bytes;
+    Picture.SaveToStream(bytes);
+    rtl::TMemoryStream data;
+    TWriter(data).WriteStr(GraphicClassName(Picture.Format()));
+    if (Picture.Format() == pfBmp) {
+      const auto size = static_cast<std::int32_t>(bytes.Size());
+      data.WriteBuffer(&size, 4);
+    }
+    if (bytes.Size() > 0) data.WriteBuffer(bytes.Bytes().data(), bytes.Bytes().size());
+    w.WriteStr(u"Picture.Data");
+    w.WriteBinary(data.Bytes());
+  }
+  const std::pair<const char16_t*, bool> flags[] = {{u"Center", Center},
+                                                    {u"Proportional", Proportional},
+                                                    {u"Stretch", Stretch},
+                                                    {u"Transparent", Transparent}};
+  for (const auto& [n, v] : flags)
+    if (v) {
+      w.WriteStr(n);
+      w.WriteBoolean(true);
+    }
+}
+
+bool TImage::ReadProperty(const std::u16string& name, TReader& r) {
+  if (name == u"Picture.Data") {
+    rtl::TMemoryStream data(r.ReadBinary());
+    const std::u16string className = TReader(data).ReadStr();
+    if (className == u"TBitmap") data.Seek(4, rtl::TSeekOrigin::soCurrent);
+    Picture.LoadFromStream(data);
+  } else if (name == u"Center") Center = r.ReadBoolean();
+  else if (name == u"Proportional") Proportional = r.ReadBoolean();
+  else if (name == u"Stretch") Stretch = r.ReadBoolean();
+  else if (name == u"Transparent") Transparent = r.ReadBoolean();
+  else return TControl::ReadProperty(name, r);
+  return true;
+}
+
 }  // namespace ui
