@@ -216,6 +216,22 @@ TEST(StreamingWinComponents, PopupMenusKeepTheirItemTree) {
   EXPECT_EQ(menu->Items()->Items(2)->Count(), 1);
 }
 
+TEST(StreamingWinComponents, FramesKeepTheirTimersToo) {
+  rtl::TMemoryStream stream;
+  {
+    ui::TFrame frame(nullptr);
+    auto* timer = new ui::TTimer(&frame);
+    timer->Name = u"Tick";
+    timer->Tag = 7;
+    ui::WriteComponent(stream, frame);
+  }
+  ui::TFrame copy(nullptr);
+  stream.SetPosition(0);
+  ui::ReadComponent(stream, copy);
+  ASSERT_NE(copy.FindComponent(u"Tick"), nullptr);
+  EXPECT_EQ(copy.FindComponent(u"Tick")->Tag, 7);
+}
+
 TEST(StreamingWinComponents, UnknownClassesAndPropertiesReachTheCaller) {
   const auto unknownClass = FormStream([](rtl::TWriter& w) {
     w.WriteListEnd();

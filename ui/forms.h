@@ -20,6 +20,9 @@ class TCustomFrame : public TWinControl {
  public:
   explicit TCustomFrame(TComponent* owner);  // 320x240
 
+  // Its non-visual components are stored too, as a form's are.
+  void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
+
  protected:
   void CreateParamsFor(CreateParams& params) override;
 };

@@ -301,10 +301,25 @@ void TWinControl::GetChildren(const std::function<void(TComponent*)>& proc, TCom
     if (c->Owner() == root) proc(c);
 }
 
+namespace {
+
+// A form's or frame's children: first the components it owns that live in no parent
+// (timers, menus), then its controls.
+void ContainerChildren(TWinControl& container, const std::function<void(TComponent*)>& proc,
+                       TComponent* root) {
+  for (int i = 0; i < container.ComponentCount(); ++i)
+    if (!container.Components(i)->HasParent()) proc(container.Components(i));
+  container.TWinControl::GetChildren(proc, root);
+}
+
+}  // namespace
+
 void TCustomForm::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
-  for (int i = 0; i < ComponentCount(); ++i)
-    if (!Components(i)->HasParent()) proc(Components(i));
-  TWinControl::GetChildren(proc, root);
+  ContainerChildren(*this, proc, root);
+}
+
+void TCustomFrame::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
+  ContainerChildren(*this, proc, root);
 }
 
 void TCustomForm::WriteProperties(TWriter& w) {
