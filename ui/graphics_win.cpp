@@ -9,13 +9,14 @@ namespace ui {
 
 namespace {
 
-BITMAPINFO TopDown32(int width, int height) {
+// A top-down DIB of the given depth, 24 or 32 bits a pixel.
+BITMAPINFO TopDown(int width, int height, WORD bitCount = 32) {
   BITMAPINFO info{};
   info.bmiHeader.biSize = sizeof(info.bmiHeader);
   info.bmiHeader.biWidth = width;
   info.bmiHeader.biHeight = -height;
   info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
+  info.bmiHeader.biBitCount = bitCount;
   info.bmiHeader.biCompression = BI_RGB;
   return info;
 }
@@ -37,7 +38,7 @@ TArgb Premultiplied(TArgb pixel) {
 rtl::unique_hbitmap CopyDib32(HBITMAP bitmap, int width, int height, bool premultiply) {
   const std::vector<std::uint32_t> pixels = ReadPixels32(bitmap);
   if (pixels.empty()) return {};
-  BITMAPINFO info = TopDown32(width, height);
+  BITMAPINFO info = TopDown(width, height);
   void* bits = nullptr;
   rtl::unique_hbitmap dib(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
   if (!dib) return dib;
@@ -141,13 +142,7 @@ void TBitmap::Assign(const TBitmap& source) {
 
 rtl::unique_hbitmap CreateDib24(int width, int height,
                                 const std::function<TColor(int x, int y)>& pixel) {
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof(info.bmiHeader);
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = -height;
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 24;
-  info.bmiHeader.biCompression = BI_RGB;
+  BITMAPINFO info = TopDown(width, height, 24);
   void* bits = nullptr;
   rtl::unique_hbitmap dib(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
   if (!dib) return dib;
@@ -171,7 +166,7 @@ TArgb Argb(TColor color, std::uint8_t alpha) {
 
 rtl::unique_hbitmap CreateDib32(int width, int height,
                                 const std::function<TArgb(int x, int y)>& pixel) {
-  BITMAPINFO info = TopDown32(width, height);
+  BITMAPINFO info = TopDown(width, height);
   void* bits = nullptr;
   rtl::unique_hbitmap dib(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
   if (!dib) return dib;
@@ -189,7 +184,7 @@ std::vector<std::uint32_t> ReadPixels32(HBITMAP bitmap) {
   if (pixels.empty()) return pixels;
   // GDI may still be writing to a DIB section through a DC.
   GdiFlush();
-  BITMAPINFO info = TopDown32(width, height);
+  BITMAPINFO info = TopDown(width, height);
   const rtl::unique_hdc dc(CreateCompatibleDC(nullptr));
   if (GetDIBits(dc.get(), bitmap, 0, UINT(height), pixels.data(), &info, DIB_RGB_COLORS) != height)
     return {};

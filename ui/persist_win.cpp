@@ -75,6 +75,34 @@ E ReadEnum(TReader& r, const TNames<E, N>& names) {
 
 int ReadInt(TReader& r) { return static_cast<int>(r.ReadInteger()); }
 
+// A property is stored only where it differs from its default.
+void WriteBool(TWriter& w, const char16_t* name, bool value, bool fallback) {
+  if (value == fallback) return;
+  w.WriteStr(name);
+  w.WriteBoolean(value);
+}
+
+void WriteInt(TWriter& w, const char16_t* name, std::int64_t value, std::int64_t fallback) {
+  if (value == fallback) return;
+  w.WriteStr(name);
+  w.WriteInteger(value);
+}
+
+// Texts default to "".
+void WriteText(TWriter& w, const char16_t* name, const std::u16string& value) {
+  if (value.empty()) return;
+  w.WriteStr(name);
+  w.WriteString(value);
+}
+
+template <class E, std::size_t N>
+void WriteEnumProperty(TWriter& w, const char16_t* name, const TNames<E, N>& names, E value,
+                       E fallback) {
+  if (value == fallback) return;
+  w.WriteStr(name);
+  WriteEnum(w, names, value);
+}
+
 // A list of strings, as lines of lists and memos are stored.
 void WriteStrings(TWriter& w, const char16_t* name, const rtl::TStrings& lines) {
   if (lines.Count() == 0) return;
@@ -204,10 +232,7 @@ void ReadComponent(rtl::TStream& stream, TComponent& component) {
 // ---- What each class stores -------------------------------------------------------------
 
 void TComponent::WriteProperties(TWriter& w) {
-  if (Tag != 0) {
-    w.WriteStr(u"Tag");
-    w.WriteInteger(Tag);
-  }
+  WriteInt(w, u"Tag", Tag, 0);
 }
 
 bool TComponent::ReadProperty(const std::u16string& name, TReader& r) {
@@ -225,44 +250,31 @@ void TControl::WriteProperties(TWriter& w) {
 }
 
 void TControl::WriteBoundsProperties(TWriter& w) {
-  const std::pair<const char16_t*, int> bounds[] = {
-      {u"Left", Left()}, {u"Top", Top()}, {u"Width", Width()}, {u"Height", Height()}};
-  for (const auto& [n, v] : bounds) {
-    w.WriteStr(n);
-    w.WriteInteger(v);
-  }
+  // Always stored: they have no default.
+  w.WriteStr(u"Left");
+  w.WriteInteger(Left());
+  w.WriteStr(u"Top");
+  w.WriteInteger(Top());
+  w.WriteStr(u"Width");
+  w.WriteInteger(Width());
+  w.WriteStr(u"Height");
+  w.WriteInteger(Height());
 }
 
 void TControl::WriteOtherProperties(TWriter& w) {
-  if (align_ != alNone) {
-    w.WriteStr(u"Align");
-    WriteEnum(w, kAligns, align_);
-  }
-  if (AlignWithMargins) {
-    w.WriteStr(u"AlignWithMargins");
-    w.WriteBoolean(true);
-  }
-  if (!caption_.empty()) {
-    w.WriteStr(u"Caption");
-    w.WriteString(caption_);
-  }
+  WriteEnumProperty(w, u"Align", kAligns, align_, alNone);
+  WriteBool(w, u"AlignWithMargins", AlignWithMargins, false);
+  WriteText(w, u"Caption", caption_);
   if (!ParentColor) {
     w.WriteStr(u"Color");
     if (const std::u16string ident = ColorToIdent(Color); !ident.empty())
       w.WriteIdent(ident);
     else
       w.WriteInteger(Color);
-    w.WriteStr(u"ParentColor");
-    w.WriteBoolean(false);
   }
-  if (!enabled_) {
-    w.WriteStr(u"Enabled");
-    w.WriteBoolean(false);
-  }
-  if (!visible_) {
-    w.WriteStr(u"Visible");
-    w.WriteBoolean(false);
-  }
+  WriteBool(w, u"ParentColor", ParentColor, true);
+  WriteBool(w, u"Enabled", enabled_, true);
+  WriteBool(w, u"Visible", visible_, true);
 }
 
 bool TControl::ReadProperty(const std::u16string& name, TReader& r) {
@@ -324,18 +336,9 @@ void TCustomFrame::GetChildren(const std::function<void(TComponent*)>& proc, TCo
 
 void TCustomForm::WriteProperties(TWriter& w) {
   TControl::WriteProperties(w);
-  if (BorderStyle != bsSizeable) {
-    w.WriteStr(u"BorderStyle");
-    WriteEnum(w, kBorderStyles, BorderStyle);
-  }
-  if (Position != poDefaultPosOnly) {
-    w.WriteStr(u"Position");
-    WriteEnum(w, kPositions, Position);
-  }
-  if (KeyPreview) {
-    w.WriteStr(u"KeyPreview");
-    w.WriteBoolean(true);
-  }
+  WriteEnumProperty(w, u"BorderStyle", kBorderStyles, BorderStyle, bsSizeable);
+  WriteEnumProperty(w, u"Position", kPositions, Position, poDefaultPosOnly);
+  WriteBool(w, u"KeyPreview", KeyPreview, false);
 }
 
 bool TCustomForm::ReadProperty(const std::u16string& name, TReader& r) {
@@ -350,22 +353,11 @@ void TLabel::WriteProperties(TWriter& w) {
   TComponent::WriteProperties(w);
   WriteBoundsProperties(w);
   // Before the caption, so that a label of fixed size is not sized to it while read.
-  const std::pair<const char16_t*, bool> flags[] = {{u"AutoSize", autoSize_},
-                                                    {u"ShowAccelChar", showAccelChar_}};
-  for (const auto& [n, v] : flags)
-    if (!v) {
-      w.WriteStr(n);
-      w.WriteBoolean(false);
-    }
+  WriteBool(w, u"AutoSize", autoSize_, true);
+  WriteBool(w, u"ShowAccelChar", showAccelChar_, true);
   WriteOtherProperties(w);
-  if (Transparent) {
-    w.WriteStr(u"Transparent");
-    w.WriteBoolean(true);
-  }
-  if (wordWrap_) {
-    w.WriteStr(u"WordWrap");
-    w.WriteBoolean(true);
-  }
+  WriteBool(w, u"Transparent", Transparent, false);
+  WriteBool(w, u"WordWrap", wordWrap_, false);
 }
 
 bool TLabel::ReadProperty(const std::u16string& name, TReader& r) {
@@ -379,26 +371,11 @@ bool TLabel::ReadProperty(const std::u16string& name, TReader& r) {
 
 void TPanel::WriteProperties(TWriter& w) {
   TControl::WriteProperties(w);
-  if (BevelInner != bvNone) {
-    w.WriteStr(u"BevelInner");
-    WriteEnum(w, kBevels, BevelInner);
-  }
-  if (BevelOuter != bvRaised) {
-    w.WriteStr(u"BevelOuter");
-    WriteEnum(w, kBevels, BevelOuter);
-  }
-  if (BevelWidth != 1) {
-    w.WriteStr(u"BevelWidth");
-    w.WriteInteger(BevelWidth);
-  }
-  if (BorderWidth != 0) {
-    w.WriteStr(u"BorderWidth");
-    w.WriteInteger(BorderWidth);
-  }
-  if (!ShowCaption) {
-    w.WriteStr(u"ShowCaption");
-    w.WriteBoolean(false);
-  }
+  WriteEnumProperty(w, u"BevelInner", kBevels, BevelInner, bvNone);
+  WriteEnumProperty(w, u"BevelOuter", kBevels, BevelOuter, bvRaised);
+  WriteInt(w, u"BevelWidth", BevelWidth, 1);
+  WriteInt(w, u"BorderWidth", BorderWidth, 0);
+  WriteBool(w, u"ShowCaption", ShowCaption, true);
 }
 
 bool TPanel::ReadProperty(const std::u16string& name, TReader& r) {
@@ -442,10 +419,7 @@ bool TMemo::ReadProperty(const std::u16string& name, TReader& r) {
 
 void TCheckBox::WriteProperties(TWriter& w) {
   TControl::WriteProperties(w);
-  if (Checked()) {
-    w.WriteStr(u"Checked");
-    w.WriteBoolean(true);
-  }
+  WriteBool(w, u"Checked", Checked(), false);
 }
 
 bool TCheckBox::ReadProperty(const std::u16string& name, TReader& r) {
@@ -456,26 +430,11 @@ bool TCheckBox::ReadProperty(const std::u16string& name, TReader& r) {
 
 void TMenuItem::WriteProperties(TWriter& w) {
   TComponent::WriteProperties(w);
-  if (!Caption.empty()) {
-    w.WriteStr(u"Caption");
-    w.WriteString(Caption);
-  }
-  if (Checked) {
-    w.WriteStr(u"Checked");
-    w.WriteBoolean(true);
-  }
-  if (!Enabled) {
-    w.WriteStr(u"Enabled");
-    w.WriteBoolean(false);
-  }
-  if (!Hint.empty()) {
-    w.WriteStr(u"Hint");
-    w.WriteString(Hint);
-  }
-  if (!Visible) {
-    w.WriteStr(u"Visible");
-    w.WriteBoolean(false);
-  }
+  WriteText(w, u"Caption", Caption);
+  WriteBool(w, u"Checked", Checked, false);
+  WriteBool(w, u"Enabled", Enabled, true);
+  WriteText(w, u"Hint", Hint);
+  WriteBool(w, u"Visible", Visible, true);
 }
 
 bool TMenuItem::ReadProperty(const std::u16string& name, TReader& r) {
@@ -537,15 +496,10 @@ void TImage::WriteProperties(TWriter& w) {
     w.WriteStr(u"Picture.Data");
     w.WriteBinary(data.Bytes());
   }
-  const std::pair<const char16_t*, bool> flags[] = {{u"Center", Center},
-                                                    {u"Proportional", Proportional},
-                                                    {u"Stretch", Stretch},
-                                                    {u"Transparent", Transparent}};
-  for (const auto& [n, v] : flags)
-    if (v) {
-      w.WriteStr(n);
-      w.WriteBoolean(true);
-    }
+  WriteBool(w, u"Center", Center, false);
+  WriteBool(w, u"Proportional", Proportional, false);
+  WriteBool(w, u"Stretch", Stretch, false);
+  WriteBool(w, u"Transparent", Transparent, false);
 }
 
 bool TImage::ReadProperty(const std::u16string& name, TReader& r) {
