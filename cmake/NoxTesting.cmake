@@ -5,6 +5,8 @@
 #   own executable. Under Wine every family goes into the one executable pure_tests.exe
 #   (a Wine process start costs seconds) and ctest selects the family by its suite-name
 #   prefix: every test suite of the family starts with <Suite> (FieldsRead, FieldsWrite...).
+#   Optional: NAME <name> for a second registration of a family (default: the label), and
+#   EXTRA_LABELS <labels...> for labels beside the family's (hostile, ...).
 set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 add_subdirectory(${NOX_GTEST_DIR} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
@@ -15,25 +17,32 @@ if(WIN32)
 endif()
 
 function(nox_pure_tests)
-  cmake_parse_arguments(A "" "LABEL;PREFIX" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(A "" "LABEL;PREFIX;NAME" "SOURCES;LIBS;EXTRA_LABELS" ${ARGN})
+  if(NOT A_NAME)
+    set(A_NAME ${A_LABEL})
+  endif()
   if(WIN32)
     target_sources(pure_tests PRIVATE ${A_SOURCES})
     target_link_libraries(pure_tests PRIVATE ${A_LIBS})
-    add_test(NAME win.${A_LABEL} COMMAND pure_tests --gtest_filter=${A_PREFIX}*)
-    set_tests_properties(win.${A_LABEL} PROPERTIES LABELS "${A_LABEL};windows")
+    add_test(NAME win.${A_NAME} COMMAND pure_tests --gtest_filter=${A_PREFIX}*)
+    set_tests_properties(win.${A_NAME} PROPERTIES LABELS "${A_LABEL};${A_EXTRA_LABELS};windows")
   else()
-    add_executable(${A_LABEL}_test ${A_SOURCES})
-    target_link_libraries(${A_LABEL}_test PRIVATE ${A_LIBS} GTest::gmock_main)
-    add_test(NAME ${A_LABEL} COMMAND ${A_LABEL}_test)
-    set_tests_properties(${A_LABEL} PROPERTIES LABELS "${A_LABEL};native")
+    add_executable(${A_NAME}_test ${A_SOURCES})
+    target_link_libraries(${A_NAME}_test PRIVATE ${A_LIBS} GTest::gmock_main)
+    add_test(NAME ${A_NAME} COMMAND ${A_NAME}_test)
+    set_tests_properties(${A_NAME} PROPERTIES LABELS "${A_LABEL};${A_EXTRA_LABELS};native")
   endif()
 endfunction()
 
 # nox_win_tests(LABEL <family> PREFIX <Suite> SOURCES <files...> LIBS <libs...>)
 #   Tests that need Win32 (windows, messages, processes, registry): windows build only, all
-#   in the one executable win_tests.exe, selected by suite prefix as above.
+#   in the one executable win_tests.exe, selected by suite prefix as above; NAME and
+#   EXTRA_LABELS as above.
 function(nox_win_tests)
-  cmake_parse_arguments(A "" "LABEL;PREFIX" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(A "" "LABEL;PREFIX;NAME" "SOURCES;LIBS;EXTRA_LABELS" ${ARGN})
+  if(NOT A_NAME)
+    set(A_NAME ${A_LABEL})
+  endif()
   if(WIN32)
     if(NOT TARGET win_tests)
       add_executable(win_tests ${PROJECT_SOURCE_DIR}/tests/unbuffered_output.cpp
@@ -44,7 +53,7 @@ function(nox_win_tests)
     endif()
     target_sources(win_tests PRIVATE ${A_SOURCES})
     target_link_libraries(win_tests PRIVATE ${A_LIBS})
-    add_test(NAME win32.${A_LABEL} COMMAND win_tests --gtest_filter=${A_PREFIX}*)
-    set_tests_properties(win32.${A_LABEL} PROPERTIES LABELS "${A_LABEL};windows")
+    add_test(NAME win32.${A_NAME} COMMAND win_tests --gtest_filter=${A_PREFIX}*)
+    set_tests_properties(win32.${A_NAME} PROPERTIES LABELS "${A_LABEL};${A_EXTRA_LABELS};windows")
   endif()
 endfunction()

@@ -1,17 +1,18 @@
-// Fuzz target for what reads untrusted bytes in the streaming family: the component
-// format's reader (values skipped one after another until the bytes end or are refused),
-// Base64 text (what decodes must encode and decode to the same bytes), and the in-memory
-// INI file's reading of lines (reading what it writes changes nothing).
+// Fuzz target for what reads untrusted bytes in the streaming family: Base64 text (what
+// decodes must encode and decode to the same bytes), picture headers as the picture loader
+// judges them before decoding (what passes is within the limit), and the in-memory INI
+// file's reading of lines (reading what it writes changes nothing). Component files have
+// their own target (components_fuzz.cpp).
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "fuzz/fuzz_input.h"
-#include "rtl/filer.h"
 #include "rtl/meminifile.h"
 #include "rtl/netencoding.h"
 #include "rtl/streams.h"
+#include "ui/picture_rules.h"
 
 using fuzz::Check;
 
@@ -21,23 +22,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ++data;
   --size;
 
-  if (mode == 0) {
-    rtl::TMemoryStream stream(std::vector<std::uint8_t>(data, data + size));
-    rtl::TReader reader(stream);
-    // Every value takes at least its type byte, so this ends.
-    for (;;) {
-      const std::int64_t before = stream.Position();
-      try {
-        reader.SkipValue();
-      } catch (const rtl::Exception&) {
-        break;
-      }
-      Check(stream.Position() > before, "a value took no bytes");
+  if (mode == 2) {
+    try {
+      const ui::TPictureClaim claim = ui::CheckPictureBytes({data, size});
+      Check(std::uint64_t{claim.Width} * claim.Height <= ui::MaxPicturePixels,
+            "a picture beyond the limit passed");
+      Check(claim.Format == ui::pfOther || (claim.Width > 0 && claim.Height > 0),
+            "a picture of no size passed");
+    } catch (const rtl::Exception&) {
     }
     return 0;
   }
 
-  if (mode == 1) {
+  if (mode == 0) {
     const std::u16string text =
         fuzz::DecodeText(data, size, false,
                          u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/= \r\n#");

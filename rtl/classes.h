@@ -10,6 +10,8 @@
 #include <typeinfo>
 #include <vector>
 
+#include "rtl/exception.h"
+
 namespace rtl {
 
 // Root of the framework's object model; lists hold pointers to it without owning them.
@@ -25,9 +27,9 @@ std::u16string TypeName(const std::type_info& type);
 
 // Raised for list misuse: an index out of range, a duplicate under dupError,
 // a positional change of a sorted list.
-class EStringListError : public std::runtime_error {
+class EStringListError : public Exception {
  public:
-  using std::runtime_error::runtime_error;
+  using Exception::Exception;
 };
 
 enum class TDuplicates { dupIgnore, dupAccept, dupError };

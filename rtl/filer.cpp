@@ -203,37 +203,4 @@ std::vector<std::uint8_t> TReader::ReadBinary() {
   return bytes;
 }
 
-void TReader::SkipValue() {
-  auto skip = [this](std::int64_t count) {
-    if (count < 0) Invalid(u"negative Länge");
-    stream_.Seek(count, TSeekOrigin::soCurrent);
-  };
-  // Lists and collections nest; a counter of open lists keeps this iterative.
-  std::int64_t open = 0;
-  do {
-    switch (ReadValue()) {
-      case vaNull:  // the end of an open list, or the value Null
-        if (open > 0) --open;
-        break;
-      case vaList: ++open; break;
-      case vaCollection:
-        // Items: an optional index, a property list ended by vaNull; the collection ends
-        // with vaNull too. Treated as nested lists of values and property names.
-        Invalid(u"Sammlungen werden nicht gelesen");
-      case vaInt8: skip(1); break;
-      case vaInt16: skip(2); break;
-      case vaInt32: case vaSingle: skip(4); break;
-      case vaInt64: case vaCurrency: case vaDate: case vaDouble: skip(8); break;
-      case vaExtended: skip(10); break;
-      case vaString: case vaIdent: skip(Read<std::uint8_t>()); break;
-      case vaLString: case vaUTF8String: case vaBinary: skip(Read<std::int32_t>()); break;
-      case vaWString: skip(std::int64_t{Read<std::int32_t>()} * 2); break;
-      case vaSet:
-        for (auto n = Read<std::uint8_t>(); n != 0; n = Read<std::uint8_t>()) skip(n);
-        break;
-      case vaFalse: case vaTrue: case vaNil: break;
-    }
-  } while (open > 0);
-}
-
 }  // namespace rtl

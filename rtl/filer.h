@@ -79,8 +79,6 @@ class TReader {
   std::u16string ReadIdent();
   std::vector<std::u16string> ReadSet();
   std::vector<std::uint8_t> ReadBinary();
-  // Passes over the next value, whatever it is.
-  void SkipValue();
 
  private:
   void Bytes(void* data, std::size_t size) { stream_.ReadBuffer(data, size); }

@@ -17,9 +17,9 @@
 namespace rtl {
 
 // A write the system refused (read-only file, missing folder).
-class EIniFileException : public std::runtime_error {
+class EIniFileException : public Exception {
  public:
-  using std::runtime_error::runtime_error;
+  using Exception::Exception;
 };
 
 // The integer an INI value stands for: decimal with optional sign, or hexadecimal after

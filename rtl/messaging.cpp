@@ -13,9 +13,9 @@ TMessageManager& TMessageManager::DefaultManager() {
 }
 
 int TMessageManager::SubscribeToMessage(std::type_index messageClass, TMessageListener listener) {
-  if (!listener) throw std::invalid_argument("an empty message listener");
+  if (!listener) throw Exception("an empty message listener");
   if (lastId_ == std::numeric_limits<int>::max())
-    throw std::overflow_error("message subscription ids exhausted");
+    throw Exception("message subscription ids exhausted");
   const int id = ++lastId_;
   subscriptions_[messageClass].push_back(
       std::make_shared<Subscription>(Subscription{id, std::move(listener)}));

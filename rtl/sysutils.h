@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "rtl/exception.h"
 #include "rtl/ustring.h"
 
 #ifdef _WIN32
@@ -14,21 +15,18 @@
 
 namespace rtl {
 
-// A message in UTF-16 that what() gives as UTF-8.
-class Exception : public std::runtime_error {
- public:
-  explicit Exception(const std::u16string& message)
-      : std::runtime_error(Utf16ToUtf8(message)), message_(message) {}
-  const std::u16string& Message() const { return message_; }
-
- private:
-  std::u16string message_;
-};
-
 // A file operation of the system that failed; ErrorCode is the system's error number.
 class EInOutError : public Exception {
  public:
   EInOutError(const std::u16string& message, unsigned long errorCode)
+      : Exception(message), ErrorCode(errorCode) {}
+  unsigned long ErrorCode;
+};
+
+// A call of the system that failed; ErrorCode is the system's error number.
+class EOSError : public Exception {
+ public:
+  EOSError(const std::u16string& message, unsigned long errorCode)
       : Exception(message), ErrorCode(errorCode) {}
   unsigned long ErrorCode;
 };

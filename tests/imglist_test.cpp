@@ -129,7 +129,7 @@ TEST(ImgListIndexes, BadIndexesAreRefusedAndLaterImagesMoveDown) {
   for (int bad : {-1, 2}) {
     EXPECT_FALSE(list.GetBitmap(bad, bitmap));
     list.Draw(canvas.dc.get(), 0, 0, bad);
-    EXPECT_THROW(list.Delete(bad), std::out_of_range);
+    EXPECT_THROW(list.Delete(bad), ui::EInvalidOperation);
   }
   EXPECT_EQ(bitmap.Handle(), before);
   EXPECT_EQ(canvas.At(12, 8), clLime);

@@ -1,13 +1,18 @@
-// Streaming on the system, under Wine: a form's components to a file and back, raw
-// resources of the test program, and printers that are not there.
+// Streaming on the system, under Wine: a form's components to a file and back, pictures
+// from hostile bytes, raw resources of the test program, and printers that are not there.
 #include <windows.h>
+
+#include <psapi.h>
+#include <wincodec.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
+#include "rtl/com.h"
 #include "rtl/filer.h"
 #include "rtl/netencoding.h"
 #include "rtl/streams.h"
@@ -250,22 +255,6 @@ TEST(StreamingWinComponents, UnknownClassesAndPropertiesReachTheCaller) {
   EXPECT_THROW(ui::ReadComponent(*unknownProperty, form), rtl::EFilerError);
 }
 
-TEST(StreamingWinComponents, DeepNestingIsReadWithoutRecursion) {
-  const int depth = 20000;
-  const auto deep = FormStream([](rtl::TWriter& w) {
-    w.WriteListEnd();
-    for (int i = 0; i < depth; ++i) {
-      w.WriteStr(u"TShape");
-      w.WriteStr(u"");
-      w.WriteListEnd();
-    }
-    for (int i = 0; i <= depth; ++i) w.WriteListEnd();
-  });
-  ui::TForm form(nullptr);
-  ui::ReadComponent(*deep, form);
-  EXPECT_EQ(form.ComponentCount(), depth);
-}
-
 TEST(StreamingWinPictures, ASquareThumbnailIsStretchedAndTravelsAsBase64) {
   ui::TImage image(nullptr);
   // 200 x 100: red on the left, blue on the right.
@@ -318,6 +307,267 @@ TEST(StreamingWinPictures, BitmapsBlankTextsAndBadBytes) {
   EXPECT_THROW(LoadImgFromBase64Str(copy, u"###"), rtl::EEncodingError);
   ui::TImage empty(nullptr);
   EXPECT_FALSE(SaveImgToBase64Str(empty, text));
+}
+
+TEST(StreamingWinPictures, AThumbnailOfNoSizeOrTooLargeLeavesThePicture) {
+  for (const int size : {0, -1, -64, 8193}) {
+    ui::TForm form(nullptr);
+    auto* image = new ui::TImage(&form);
+    image->Name = u"Img";
+    image->SetParent(&form);
+    image->Picture.Assign(ui::CreateDib24(5, 4, [](int, int) { return ui::clLime; }));
+    if (size > 0)
+      EXPECT_THROW(ConvertImgToPngSize(*image, size), ui::EInvalidGraphic) << size;
+    else
+      ConvertImgToPngSize(*image, size);
+    EXPECT_EQ(image->Picture.Format(), ui::pfBmp) << size;
+    EXPECT_EQ(image->Picture.Width(), 5) << size;
+    EXPECT_EQ(Pixel(image->Picture, 4, 3), 0x00FF00u) << size;
+    // The form holding it is saved and read back.
+    rtl::TMemoryStream stream;
+    ui::WriteComponent(stream, form);
+    ui::TForm copy(nullptr);
+    stream.SetPosition(0);
+    try {
+      ui::ReadComponent(stream, copy);
+    } catch (const rtl::Exception& e) {
+      ADD_FAILURE() << size << ": " << e.what();
+      continue;
+    }
+    auto* read = dynamic_cast<ui::TImage*>(copy.FindComponent(u"Img"));
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(read->Picture.Format(), ui::pfBmp) << size;
+    EXPECT_EQ(read->Picture.Height(), 4) << size;
+  }
+}
+
+// ---- Pictures from hostile bytes ----
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The most memory the process has had in use at once.
+std::size_t PeakMemory() {
+  PROCESS_MEMORY_COUNTERS counters{};
+  counters.cb = sizeof counters;
+  GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+  return counters.PeakWorkingSetSize;
+}
+
+// `width` x `height` red pixels in a container format, written by the system's encoder.
+Bytes Encoded(const GUID& container, UINT width, UINT height) {
+  const rtl::TComScope com;
+  rtl::TComPtr<IWICImagingFactory> factory;
+  rtl::TComPtr<IStream> stream;
+  rtl::TComPtr<IWICBitmapEncoder> encoder;
+  rtl::TComPtr<IWICBitmapFrameEncode> frame;
+  rtl::TComPtr<IPropertyBag2> options;
+  std::vector<BYTE> pixels(std::size_t{width} * height * 3);
+  for (std::size_t i = 2; i < pixels.size(); i += 3) pixels[i] = 0xFF;  // blue, green, red
+  WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
+  const bool written =
+      SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                                 IID_IWICImagingFactory, factory.put_void())) &&
+      SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, stream.put())) &&
+      SUCCEEDED(factory->CreateEncoder(container, nullptr, encoder.put())) &&
+      SUCCEEDED(encoder->Initialize(stream.get(), WICBitmapEncoderNoCache)) &&
+      SUCCEEDED(encoder->CreateNewFrame(frame.put(), options.put())) &&
+      SUCCEEDED(frame->Initialize(options.get())) && SUCCEEDED(frame->SetSize(width, height)) &&
+      SUCCEEDED(frame->SetPixelFormat(&format)) && format == GUID_WICPixelFormat24bppBGR &&
+      SUCCEEDED(frame->WritePixels(height, width * 3, static_cast<UINT>(pixels.size()),
+                                   pixels.data())) &&
+      SUCCEEDED(frame->Commit()) && SUCCEEDED(encoder->Commit());
+  EXPECT_TRUE(written);
+  STATSTG stat{};
+  HGLOBAL memory = nullptr;
+  if (!written || FAILED(stream->Stat(&stat, STATFLAG_NONAME)) ||
+      FAILED(GetHGlobalFromStream(stream.get(), &memory)))
+    return {};
+  const auto* data = static_cast<const std::uint8_t*>(GlobalLock(memory));
+  Bytes bytes(data, data + stat.cbSize.QuadPart);
+  GlobalUnlock(memory);
+  return bytes;
+}
+
+// A GIF of one black pixel: the screen with a two-colour table, one frame whose codes are
+// clear, colour 0, end.
+const Bytes kGif{'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0, 0x80, 0, 0, 0, 0, 0, 0xFF, 0xFF,
+                 0xFF, 0x2C, 0, 0, 0, 0, 1, 0, 1, 0, 0, 2, 2, 0x44, 0x01, 0, 0x3B};
+
+// An icon whose one image is the PNG `png`.
+Bytes Icon(const Bytes& png) {
+  Bytes b{0, 0, 1, 0, 1, 0, 16, 16, 0, 0, 1, 0, 32, 0};
+  const auto size = static_cast<std::uint32_t>(png.size());
+  for (const std::uint32_t v : {size, 22u})
+    for (int i = 0; i < 4; ++i) b.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+  b.insert(b.end(), png.begin(), png.end());
+  return b;
+}
+
+// `b` with `bytes` written from `at` on.
+Bytes Patched(Bytes b, std::size_t at, std::initializer_list<std::uint8_t> bytes) {
+  std::copy(bytes.begin(), bytes.end(), b.begin() + static_cast<std::ptrdiff_t>(at));
+  return b;
+}
+
+// `png` claiming `width` x `height`, the header's checksum (CRC-32 of its type and data)
+// made to match, cut to `keep` bytes.
+Bytes PngOfSize(Bytes png, std::uint32_t width, std::uint32_t height,
+                std::size_t keep = SIZE_MAX) {
+  const auto put = [&](std::size_t at, std::uint32_t v) {
+    for (std::size_t i = 0; i < 4; ++i)
+      png.at(at + i) = static_cast<std::uint8_t>(v >> (24 - 8 * i));
+  };
+  put(16, width);
+  put(20, height);
+  std::uint32_t crc = 0xFFFFFFFF;
+  for (std::size_t i = 12; i < 29; ++i) {
+    crc ^= png[i];
+    for (int k = 0; k < 8; ++k) crc = crc >> 1 ^ (0xEDB88320u & (0u - (crc & 1)));
+  }
+  put(29, ~crc);
+  if (keep < png.size()) png.resize(keep);
+  return png;
+}
+
+// Where a JPEG's baseline frame header begins.
+std::size_t FrameHeader(const Bytes& jpeg) {
+  for (std::size_t i = 0; i + 1 < jpeg.size(); ++i)
+    if (jpeg[i] == 0xFF && jpeg[i + 1] == 0xC0) return i;
+  ADD_FAILURE() << "no frame header";
+  return 0;
+}
+
+// A little-endian TIFF with the width and height tags of its first directory set to
+// `size`; each tag is 12 bytes: tag, type, count, the value from its first byte on.
+Bytes TiffOfSize(Bytes tiff, std::uint16_t size) {
+  const auto read = [&](std::size_t at, int n) {
+    std::uint32_t v = 0;
+    for (int k = n - 1; k >= 0; --k) v = v << 8 | tiff.at(at + static_cast<std::size_t>(k));
+    return v;
+  };
+  const std::size_t directory = read(4, 4);
+  for (std::size_t entry = directory + 2, n = read(directory, 2); n > 0; --n, entry += 12) {
+    if (read(entry, 2) != 256 && read(entry, 2) != 257) continue;
+    tiff.at(entry + 8) = static_cast<std::uint8_t>(size);
+    tiff.at(entry + 9) = static_cast<std::uint8_t>(size >> 8);
+    tiff.at(entry + 10) = tiff.at(entry + 11) = 0;
+  }
+  return tiff;
+}
+
+// A form "F" holding an image whose picture data are `bytes`, as a component stream.
+std::unique_ptr<rtl::TMemoryStream> FormWithPicture(const Bytes& bytes) {
+  rtl::TMemoryStream data;
+  rtl::TWriter(data).WriteStr(u"TWICImage");
+  if (!bytes.empty()) data.WriteBuffer(bytes.data(), bytes.size());
+  return FormStream([&](rtl::TWriter& w) {
+    w.WriteListEnd();
+    w.WriteStr(u"TImage");
+    w.WriteStr(u"Img");
+    w.WriteStr(u"Picture.Data");
+    w.WriteBinary(data.Bytes());
+    for (int i = 0; i < 3; ++i) w.WriteListEnd();
+  });
+}
+
+TEST(StreamingPictureLoading, HostileHeadersAreRefusedWithoutAHugeAllocation) {
+  const Bytes png = Encoded(GUID_ContainerFormatPng, 16, 16);
+  const Bytes bmp = Encoded(GUID_ContainerFormatBmp, 16, 16);
+  const Bytes jpeg = Encoded(GUID_ContainerFormatJpeg, 16, 16);
+  const Bytes tiff = Encoded(GUID_ContainerFormatTiff, 16, 16);
+  ASSERT_TRUE(png.size() > 33 && bmp.size() >= 54 + 16 * 48 && jpeg.size() > 100);
+  ASSERT_TRUE(tiff.size() > 8 && tiff[0] == 'I');
+  ASSERT_EQ(PngOfSize(png, 16, 16), png) << "the checksum as the encoder made it";
+  const std::size_t sof = FrameHeader(jpeg);
+  // The header fields: a BMP's width and height from byte 18 (little-endian), a JPEG
+  // frame's height and width 5 bytes into it, a GIF screen's from byte 6 and its frame's
+  // from byte 24.
+  const struct {
+    const char* what;
+    Bytes bytes;
+  } cases[] = {
+      {"a PNG header naming 16384 x 16384", PngOfSize(png, 16384, 16384, 100)},
+      {"a PNG of 8000 x 8000 in a few bytes", PngOfSize(png, 8000, 8000)},
+      {"half a PNG", Bytes(png.begin(), png.begin() + static_cast<std::ptrdiff_t>(png.size() / 2))},
+      {"a BMP claiming 16 x 4000000", Patched(bmp, 22, {0x00, 0x09, 0x3D, 0x00})},
+      {"a BMP of negative width", Patched(bmp, 18, {0xF0, 0xFF, 0xFF, 0xFF})},
+      {"a BMP cut in its header", Bytes(bmp.begin(), bmp.begin() + 30)},
+      {"a JPEG of 8000 x 8000 in a few bytes", Patched(jpeg, sof + 5, {0x1F, 0x40, 0x1F, 0x40})},
+      {"a GIF of 65535 x 65535", Patched(Patched(kGif, 6, {0xFF, 0xFF, 0xFF, 0xFF}), 24,
+                                         {0xFF, 0xFF, 0xFF, 0xFF})},
+      {"an icon whose PNG names 16384 x 16384", Icon(PngOfSize(png, 16384, 16384, 100))},
+      // Only the decoder reads a TIFF's size.
+      {"a TIFF of 16384 x 16384", TiffOfSize(tiff, 16384)},
+  };
+  for (const auto& c : cases) {
+    for (const bool component : {false, true}) {
+      const char* path = component ? " in a component stream" : " as Base64 text";
+      ui::TImage image(nullptr);
+      image.Picture.Assign(ui::CreateDib24(3, 2, [](int, int) { return ui::clLime; }));
+      // The peak only grows: a case shows when it goes beyond every one before it.
+      const std::size_t peak = PeakMemory();
+      try {
+        if (component) {
+          ui::TForm form(nullptr);
+          ui::ReadComponent(*FormWithPicture(c.bytes), form);
+        } else {
+          LoadImgFromBase64Str(image, rtl::Base64Encode(c.bytes));
+        }
+        ADD_FAILURE() << c.what << path << ": accepted";
+      } catch (const rtl::Exception& e) {
+        EXPECT_NE(dynamic_cast<const ui::EInvalidGraphic*>(&e), nullptr)
+            << c.what << path << ": " << e.what();
+      }
+      EXPECT_LT(PeakMemory() - peak, std::size_t{64} << 20) << c.what << path;
+      if (!component) {
+        EXPECT_EQ(image.Picture.Format(), ui::pfBmp) << c.what << ": the picture kept";
+        EXPECT_EQ(image.Picture.Width(), 3) << c.what << ": the picture kept";
+      }
+    }
+  }
+}
+
+TEST(StreamingPictureLoading, AStreamPastItsEndHoldsNoPicture) {
+  rtl::TMemoryStream stream(Encoded(GUID_ContainerFormatPng, 4, 4));
+  stream.Seek(8, rtl::TSeekOrigin::soEnd);
+  ui::TPicture picture;
+  EXPECT_THROW(picture.LoadFromStream(stream), ui::EInvalidGraphic);
+  EXPECT_EQ(picture.Format(), ui::pfNone);
+}
+
+TEST(StreamingPictureLoading, ASmallPictureOfEachFormatStillLoads) {
+  const Bytes png = Encoded(GUID_ContainerFormatPng, 16, 16);
+  const struct {
+    const char* what;
+    Bytes bytes;
+    ui::TPictureFormat format;
+    int width, height;
+  } cases[] = {
+      {"BMP", Encoded(GUID_ContainerFormatBmp, 7, 3), ui::pfBmp, 7, 3},
+      {"PNG", png, ui::pfPng, 16, 16},
+      {"JPEG", Encoded(GUID_ContainerFormatJpeg, 9, 5), ui::pfJpeg, 9, 5},
+      {"GIF", kGif, ui::pfGif, 1, 1},
+      {"TIFF", Encoded(GUID_ContainerFormatTiff, 6, 2), ui::pfTiff, 6, 2},
+      {"icon", Icon(png), ui::pfIco, 16, 16},
+  };
+  for (const auto& c : cases) {
+    ui::TImage image(nullptr);
+    try {
+      ASSERT_TRUE(LoadImgFromBase64Str(image, rtl::Base64Encode(c.bytes))) << c.what;
+    } catch (const rtl::Exception& e) {
+      ADD_FAILURE() << c.what << ": " << e.what();
+      continue;
+    }
+    EXPECT_EQ(image.Picture.Format(), c.format) << c.what;
+    EXPECT_EQ(image.Picture.Width(), c.width) << c.what;
+    EXPECT_EQ(image.Picture.Height(), c.height) << c.what;
+    // Lossless formats keep the red; a JPEG comes close to it.
+    const std::uint32_t pixel = Pixel(image.Picture, 0, c.height - 1);
+    if (c.format == ui::pfGif)
+      EXPECT_EQ(pixel, 0x000000u) << c.what;
+    else
+      EXPECT_GE(pixel >> 16, 0xF0u) << c.what;
+  }
 }
 
 TEST(StreamingWinResources, RawDataIsAppendedWhereTheStreamStands) {

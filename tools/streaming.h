@@ -51,9 +51,13 @@ TPrinterInfoRange PrinterInfoRange(std::size_t BlockSize);
 // The picture of Image in its own format as Base64 text; whether the text is not empty.
 bool SaveImgToBase64Str(ui::TImage& Image, std::u16string& Text);
 // Loads Image's picture from Base64 text, its format recognised from the bytes. False, with
-// Image untouched, when Text is blank; raises for bad Base64 or an unknown format.
+// Image untouched, when Text is blank; raises for bad Base64, and ui::EInvalidGraphic,
+// Image untouched, for an unknown format or a header the bytes cannot hold
+// (ui/picture_rules.h).
 bool LoadImgFromBase64Str(ui::TImage& Image, const std::u16string& Text);
 // Replaces Image's picture with a Size x Size PNG of it, stretched (not letter-boxed).
+// Size <= 0 leaves the picture as it is; a square of more than ui::MaxPicturePixels raises
+// ui::EInvalidGraphic, the picture unchanged.
 void ConvertImgToPngSize(ui::TImage& Image, int Size);
 // Appends the raw-data resource ResName of this module to Stream; rtl::EResNotFound when
 // there is none.

@@ -65,6 +65,9 @@ bool LoadImgFromBase64Str(ui::TImage& Image, const std::u16string& Text) {
 }
 
 void ConvertImgToPngSize(ui::TImage& Image, int Size) {
+  // No square to make: the picture stays. Nor one larger than any picture loaded.
+  if (Size <= 0) return;
+  ui::CheckPictureSize(static_cast<std::uint64_t>(Size), static_cast<std::uint64_t>(Size));
   const ui::TPicture& picture = Image.Picture;
   const int width = picture.Width(), height = picture.Height();
   // Both bitmaps 32 bits a pixel; the picture drawn at its size, then stretched onto the

@@ -7,13 +7,14 @@
 #include <string>
 
 #include "rtl/handles.h"
+#include "rtl/sysutils.h"
 
 namespace ui {
 
 // Raised when the clipboard cannot be opened or written.
-class EClipboardException : public std::runtime_error {
+class EClipboardException : public rtl::Exception {
  public:
-  using std::runtime_error::runtime_error;
+  using rtl::Exception::Exception;
 };
 
 // Each call opens the clipboard and closes it again before returning. Another program may

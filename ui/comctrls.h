@@ -40,7 +40,8 @@ class THeaderSections {
   int Count() const { return static_cast<int>(items_.size()); }
   // A section of width 50 at the end.
   THeaderSection& Add();
-  THeaderSection& operator[](int index) const { return *items_.at(static_cast<size_t>(index)); }
+  // EInvalidOperation for an index out of range.
+  THeaderSection& operator[](int index) const;
   THeaderSection& Items(int index) const { return (*this)[index]; }
   int IndexOf(const THeaderSection& section) const;
 

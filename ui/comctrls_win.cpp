@@ -35,6 +35,11 @@ THeaderSection& THeaderSections::Add() {
   return *items_.back();
 }
 
+THeaderSection& THeaderSections::operator[](int index) const {
+  if (index < 0 || index >= Count()) throw EInvalidOperation("header section index out of range");
+  return *items_[static_cast<size_t>(index)];
+}
+
 int THeaderSections::IndexOf(const THeaderSection& section) const {
   const auto it = std::find_if(items_.begin(), items_.end(),
                                [&](const auto& item) { return item.get() == &section; });

@@ -25,6 +25,7 @@
 #include "rtl/handles.h"
 #include "ui/align.h"
 #include "ui/graphics.h"
+#include "ui/persist_rules.h"
 
 namespace ui {
 
@@ -36,6 +37,12 @@ constexpr UINT CN_BASE = 0xBC00;
 constexpr UINT CN_COMMAND = CN_BASE + WM_COMMAND;
 
 // Owns the components created with it as owner and frees them, newest first, when freed.
+// Raised for a request the object cannot fulfil in its state.
+class EInvalidOperation : public rtl::Exception {
+ public:
+  using rtl::Exception::Exception;
+};
+
 class TComponent : public TObject {
  public:
   explicit TComponent(TComponent* owner);
@@ -54,16 +61,20 @@ class TComponent : public TObject {
 
   // Streaming in the framework's binary format (ui/persist.h). A class writes the
   // properties it stores after its base's, those at their default values left out, and
-  // reads one by name (false: it has no such property).
+  // takes one that was read and checked (ui/persist_rules.h); false: it has no such
+  // property.
   virtual void WriteProperties(rtl::TWriter& writer);
-  virtual bool ReadProperty(const std::u16string& name, rtl::TReader& reader);
+  virtual bool ReadProperty(const TPropertyValue& value);
   // The components written inside this one when `root` is streamed.
   virtual void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root);
   // Whether the component lives inside another one (a control in its parent), so that it
   // is written there rather than as one of its owner's loose components.
   virtual bool HasParent() const { return false; }
-  // Puts a component just read into `parent`, where it belongs.
+  // Puts a component just read into `parent`, where it belongs; null takes it out of the
+  // one it is in. Raises EInvalidOperation where that would put it inside itself.
   virtual void SetParentComponent(TComponent* /*parent*/) {}
+  // The component it lives inside, or null.
+  virtual TComponent* GetParentComponent() const { return nullptr; }
 
  protected:
   // Bookkeeping of the owner, called by a component as it arrives and as it goes.
@@ -194,13 +205,14 @@ class TControl : public TComponent {
   virtual TWinControl* AsWinControl() { return nullptr; }
 
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
   bool HasParent() const override { return true; }
   // The two parts of WriteProperties, for a class that stores something between them
   // (a label's AutoSize must be read before its Caption).
   void WriteBoundsProperties(rtl::TWriter& writer);
   void WriteOtherProperties(rtl::TWriter& writer);
   void SetParentComponent(TComponent* parent) override;
+  TComponent* GetParentComponent() const override;
 
  protected:
   friend class TWinControl;

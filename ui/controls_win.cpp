@@ -4,8 +4,8 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <stdexcept>
-#include <system_error>
+#include <climits>
+#include <cstdint>
 #include <utility>
 
 #include "rtl/ustring.h"
@@ -125,13 +125,19 @@ TControl::~TControl() {
 
 void TControl::SetParent(TWinControl* parent) {
   if (parent == parent_) return;
+  for (const TControl* above = parent; above != nullptr; above = above->Parent())
+    if (above == this) throw EInvalidOperation("a control cannot lie inside itself");
   if (parent_ != nullptr) parent_->RemoveControl(this);
   parent_ = parent;
   if (parent_ != nullptr) parent_->InsertControl(this);
 }
 
 void TControl::SetBounds(int left, int top, int width, int height) {
-  const TRect r{left, top, left + width, top + height};
+  // Far edges stop at the end of the int range: sizes may come from a file.
+  auto edge = [](int from, int size) {
+    return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{from} + size, INT_MIN, INT_MAX));
+  };
+  const TRect r{left, top, edge(left, width), edge(top, height)};
   if (r == bounds_) return;
   bounds_ = r;
   RequestAlign();
@@ -303,7 +309,7 @@ void TWinControl::CreateWnd() {
   CreateParamsFor(params);
   if (parent == nullptr && !(params.style & WS_CHILD)) parent = params.wndParent;
   if ((params.style & WS_CHILD) && parent == nullptr)
-    throw std::logic_error("a child control needs a parent window");
+    throw EInvalidOperation("a child control needs a parent window");
   if (!params.systemClass) RegisterWindowClass(params.className, &MainWndProc, params.classStyle);
   // An own class picks the object up at WM_NCCREATE; a system class gets it afterwards.
   HWND window =
@@ -311,8 +317,7 @@ void TWinControl::CreateWnd() {
                       params.x, params.y, params.width, params.height, parent, nullptr,
                       ModuleInstance(), params.systemClass ? nullptr : this);
   if (window == nullptr)
-    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(),
-                            "CreateWindowEx");
+    throw rtl::EOSError(u"Das Fenster konnte nicht erstellt werden", GetLastError());
   if (params.systemClass) {
     handle_.reset(window);
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
@@ -454,7 +459,7 @@ TRect TWinControl::ClientRect() const {
 
 void TWinControl::SetParent(TWinControl* parent) {
   if (parent == parent_) return;
-  if (parent == this) throw std::invalid_argument("a control cannot be its own parent");
+  if (parent == this) throw EInvalidOperation("a control cannot be its own parent");
   if (parent == nullptr && parentWindow_ == nullptr) DestroyHandle();
   TControl::SetParent(parent);
   if (parent_ == nullptr) return;

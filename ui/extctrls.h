@@ -24,7 +24,7 @@ class TPanel : public TWinControl {
   bool ShowCaption = true;
 
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;
@@ -48,7 +48,7 @@ class TImage : public TGraphicControl {
 
   // The picture is stored as "Picture.Data": the name of its graphic class, then its bytes.
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void Paint(HDC dc) override;

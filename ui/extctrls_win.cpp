@@ -135,7 +135,7 @@ TTimer::TTimer(TComponent* owner) : TComponent(owner) {
     if (enabled_ && interval_ != 0 && OnTimer) OnTimer(this);
     return 0;
   });
-  if (!window_) throw std::runtime_error("no window for a timer");
+  if (!window_) throw rtl::EOSError(u"Kein Fenster für einen Zeitgeber", GetLastError());
   UpdateTimer();
 }
 
@@ -159,7 +159,7 @@ void TTimer::SetInterval(unsigned milliseconds) {
 void TTimer::UpdateTimer() {
   KillTimer(window_.get(), kTimerId);
   if (enabled_ && interval_ != 0 && SetTimer(window_.get(), kTimerId, interval_, nullptr) == 0)
-    throw std::runtime_error("no timers left");
+    throw rtl::EOSError(u"Keine Zeitgeber mehr verfügbar", GetLastError());
 }
 
 }  // namespace ui

@@ -60,12 +60,6 @@ constexpr TModalResult mrNone = 0;
 constexpr TModalResult mrOk = IDOK;
 constexpr TModalResult mrCancel = IDCANCEL;
 
-// Raised for a request the object cannot fulfil in its state.
-class EInvalidOperation : public std::logic_error {
- public:
-  using std::logic_error::logic_error;
-};
-
 // A top-level window. Left/Top/Width/Height are its outer bounds on the screen; the
 // children live in its client area. It is made hidden and appears with Show(); Position
 // and BorderStyle apply when the window is made.
@@ -114,7 +108,7 @@ class TCustomForm : public TWinControl {
 
   TCustomForm* AsForm() override { return this; }
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
   void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
 

@@ -16,6 +16,7 @@
 #include "rtl/streams.h"
 #include "ui/align.h"
 #include "ui/color.h"
+#include "ui/picture_rules.h"
 
 namespace ui {
 
@@ -141,16 +142,6 @@ rtl::unique_hbitmap CreateDib32(int width, int height,
 // the fourth byte as stored in a 32-bit bitmap, 0 from any other. Empty on failure.
 std::vector<std::uint32_t> ReadPixels32(HBITMAP bitmap);
 
-// Bytes that are no picture the system can read.
-class EInvalidGraphic : public rtl::Exception {
- public:
-  using rtl::Exception::Exception;
-};
-
-// The file format a picture came in or was made in.
-enum class TPictureFormat { pfNone, pfBmp, pfPng, pfJpeg, pfGif, pfTiff, pfIco, pfOther };
-using enum TPictureFormat;
-
 // The picture of an image control: its pixels as a bitmap, the bytes of the file format it
 // came in (a PNG stays a PNG when saved again), and a notification when it changes.
 class TPicture : public TObject {
@@ -172,12 +163,15 @@ class TPicture : public TObject {
 
   TPictureFormat Format() const { return format_; }
   // Reads a picture in any format the system decodes (BMP, PNG, JPEG, GIF, TIFF, ICO),
-  // recognised from the bytes from the stream's position on; EInvalidGraphic for others.
+  // recognised from the bytes from the stream's position on. EInvalidGraphic, the picture
+  // unchanged, for others and for what CheckPictureBytes refuses or the decoder finds larger
+  // than MaxPicturePixels (ui/picture_rules.h): nothing of a refused size is reserved.
   void LoadFromStream(rtl::TStream& stream);
   // Writes the picture in its own format: the bytes it came in, a bitmap as a BMP file.
   // Nothing for an empty picture.
   void SaveToStream(rtl::TStream& stream) const;
-  // Makes the picture a PNG of `bitmap`'s pixels, alpha kept.
+  // Makes the picture a PNG of `bitmap`'s pixels, alpha kept. EInvalidGraphic, the picture
+  // unchanged, when there are no pixels to encode.
   void AssignPng(const TBitmap& bitmap);
 
   TNotifyEvent OnChange;

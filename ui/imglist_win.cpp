@@ -99,7 +99,7 @@ void TImageList::Draw(HDC dc, int x, int y, int index) const {
 }
 
 void TImageList::Delete(int index) {
-  if (index < 0 || index >= Count()) throw std::out_of_range("image list index out of range");
+  if (index < 0 || index >= Count()) throw EInvalidOperation("image list index out of range");
   images_.erase(images_.begin() + index);
 }
 

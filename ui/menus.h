@@ -15,9 +15,9 @@
 namespace ui {
 
 // Raised for a misuse of the item tree: an item added twice, or into itself.
-class EMenuError : public std::runtime_error {
+class EMenuError : public rtl::Exception {
  public:
-  using std::runtime_error::runtime_error;
+  using rtl::Exception::Exception;
 };
 
 // One entry of a menu; with subitems it opens a submenu. The fields are read each time the
@@ -42,10 +42,11 @@ class TMenuItem : public TComponent {
 
   // Stored inside its menu or parent item, with its subitems.
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
   void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
   bool HasParent() const override { return true; }
   void SetParentComponent(TComponent* parent) override;
+  TComponent* GetParentComponent() const override;
 
   // Appends a subitem. An item belongs to one parent at a time: adding one that has a
   // parent, or this item or one above it, raises EMenuError.
@@ -53,7 +54,8 @@ class TMenuItem : public TComponent {
   // Takes a subitem out without freeing it; an item that is not a subitem is ignored.
   void Remove(TMenuItem* item);
   int Count() const { return static_cast<int>(items_.size()); }
-  TMenuItem* Items(int index) const { return items_.at(static_cast<size_t>(index)); }
+  // EMenuError for an index out of range.
+  TMenuItem* Items(int index) const;
   TMenuItem* Parent() const { return parent_; }
 
   // The item's command number in the system menus of this module, unique and fixed.

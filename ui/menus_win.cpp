@@ -80,6 +80,11 @@ void TMenuItem::Remove(TMenuItem* item) {
   item->parent_ = nullptr;
 }
 
+TMenuItem* TMenuItem::Items(int index) const {
+  if (index < 0 || index >= Count()) throw EMenuError("menu index out of range");
+  return items_[static_cast<size_t>(index)];
+}
+
 TMenuItem* TMenuItem::Find(UINT command) {
   if (command == command_) return this;
   for (TMenuItem* item : items_)
@@ -100,10 +105,10 @@ void TPopupMenu::Popup(int x, int y) {
   if (!window_) {
     // The owner of the system menus: a top-level window that is never shown.
     window_ = AllocateHWnd(&DefWindowProcW, L"TPopupList", true);
-    if (!window_) throw std::runtime_error("no window for a popup menu");
+    if (!window_) throw rtl::EOSError(u"Kein Fenster für ein Kontextmenü", GetLastError());
   }
   unique_hmenu menu(CreatePopupMenu());
-  if (!menu) throw std::runtime_error("no popup menu from the system");
+  if (!menu) throw rtl::EOSError(u"Kein Kontextmenü vom System", GetLastError());
   AppendItems(menu.get(), *items_);
   if (GetMenuItemCount(menu.get()) <= 0) return;  // nothing to show
   // With TPM_RETURNCMD the choice comes back here instead of as WM_COMMAND, so it is acted

@@ -1,5 +1,5 @@
-// Components to streams and back in the framework's binary format (rtl/filer.h), and the
-// classes a stream may name. Windows build only.
+// Components to streams and back in the framework's binary format (rtl/filer.h). Windows
+// build only; what a stream may hold is decided in ui/persist_rules.h.
 //
 // A stream holds the root's properties and its children: the controls inside it that the
 // root owns, nested as they are nested on screen, and the root's other components (timers,
@@ -7,37 +7,22 @@
 // component of that name or makes one of the named class.
 #pragma once
 
-#include <functional>
-#include <string>
-#include <string_view>
-
 #include "rtl/filer.h"
 #include "rtl/streams.h"
 #include "ui/controls.h"
+#include "ui/persist_rules.h"
 
 namespace ui {
 
 // "TPF0", then `component` with its properties and children.
 void WriteComponent(rtl::TStream& stream, TComponent& component);
 // Reads a stream written by WriteComponent into `component` (its own class name and name
-// in the stream are passed over). rtl::EFilerError for a stream not in the format or a
-// property the class does not have; rtl::EClassNotFound for a child of an unknown class.
+// in the stream are passed over). Every failure is an rtl::Exception: rtl::EFilerError for
+// a stream not in the format, a property the class does not have, a component listed
+// twice or nested too deep, a name the root gives a component of another class;
+// rtl::EClassNotFound for a child of an unknown class; rtl::EReadError for a stream cut
+// short; EInvalidGraphic for a picture that cannot be decoded. On failure the components
+// made for the stream are freed again and the root's own are back in their parents.
 void ReadComponent(rtl::TStream& stream, TComponent& component);
-
-// Makes a component of one class, owned by `owner`.
-using TComponentFactory = std::function<TComponent*(TComponent* owner)>;
-// Makes a class known to the reader by its name ("TLabel"). The library's own control
-// classes are known from the start.
-void RegisterClass(const std::u16string& name, TComponentFactory factory);
-template <class T>
-void RegisterClass() {
-  RegisterClass(rtl::TypeName(typeid(T)), [](TComponent* owner) { return new T(owner); });
-}
-// The factory of a known class; rtl::EClassNotFound ("Klasse X nicht gefunden") else.
-TComponentFactory FindClass(std::u16string_view name);
-
-// The names the stream uses for colours ("clBtnFace"), both ways.
-std::u16string ColorToIdent(TColor color);  // "" when the colour has no name
-bool IdentToColor(std::u16string_view ident, TColor& color);
 
 }  // namespace ui

@@ -1,12 +1,11 @@
-// Streaming of components (ui/persist.h): the properties each class of the library stores,
-// the registry of classes a stream may name, and the reading and writing of a component
-// tree. Reading is iterative, so a stream nested deep cannot exhaust the stack.
+// Streaming of components (ui/persist.h): the properties each class of the library stores
+// and takes, the classes a stream may make, and the building of a tree that
+// ui/persist_rules.h has read and checked.
 #include "ui/persist.h"
 
 #include <algorithm>
-#include <array>
-#include <map>
-#include <mutex>
+#include <new>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -23,57 +22,33 @@ namespace ui {
 
 namespace {
 
-using rtl::TReader;
 using rtl::TWriter;
 
-template <class E, std::size_t N>
-using TNames = std::array<std::pair<E, const char16_t*>, N>;
-
-constexpr TNames<TAlign, 6> kAligns{{{alNone, u"alNone"},
-                                     {alTop, u"alTop"},
-                                     {alBottom, u"alBottom"},
-                                     {alLeft, u"alLeft"},
-                                     {alRight, u"alRight"},
-                                     {alClient, u"alClient"}}};
-constexpr TNames<TBevelCut, 4> kBevels{
-    {{bvNone, u"bvNone"}, {bvLowered, u"bvLowered"}, {bvRaised, u"bvRaised"}, {bvSpace, u"bvSpace"}}};
-constexpr TNames<TPosition, 5> kPositions{{{poDesigned, u"poDesigned"},
-                                           {poDefault, u"poDefault"},
-                                           {poDefaultPosOnly, u"poDefaultPosOnly"},
-                                           {poScreenCenter, u"poScreenCenter"},
-                                           {poMainFormCenter, u"poMainFormCenter"}}};
-constexpr TNames<TFormBorderStyle, 5> kBorderStyles{{{bsNone, u"bsNone"},
-                                                     {bsSingle, u"bsSingle"},
-                                                     {bsSizeable, u"bsSizeable"},
-                                                     {bsDialog, u"bsDialog"},
-                                                     {bsToolWindow, u"bsToolWindow"}}};
-constexpr TNames<TColor, 25> kColors{{
-    {clScrollBar, u"clScrollBar"}, {clBackground, u"clBackground"}, {clWindow, u"clWindow"},
-    {clWindowText, u"clWindowText"}, {clWindowFrame, u"clWindowFrame"},
-    {clBtnFace, u"clBtnFace"}, {clBtnShadow, u"clBtnShadow"},
-    {clBtnHighlight, u"clBtnHighlight"}, {clBtnText, u"clBtnText"},
-    {clHighlight, u"clHighlight"}, {clHighlightText, u"clHighlightText"},
-    {clGrayText, u"clGrayText"}, {clInfoBk, u"clInfoBk"}, {clInfoText, u"clInfoText"},
-    {clBlack, u"clBlack"}, {clMaroon, u"clMaroon"}, {clGreen, u"clGreen"}, {clNavy, u"clNavy"},
-    {clGray, u"clGray"}, {clSilver, u"clSilver"}, {clRed, u"clRed"}, {clLime, u"clLime"},
-    {clYellow, u"clYellow"}, {clBlue, u"clBlue"}, {clWhite, u"clWhite"},
-}};
+// The enumerations' values in the order of their names (ui/persist_rules.h).
+constexpr TAlign kAligns[] = {alNone, alTop, alBottom, alLeft, alRight, alClient};
+constexpr TBevelCut kBevels[] = {bvNone, bvLowered, bvRaised, bvSpace};
+constexpr TPosition kPositions[] = {poDesigned, poDefault, poDefaultPosOnly, poScreenCenter,
+                                    poMainFormCenter};
+constexpr TFormBorderStyle kBorderStyles[] = {bsNone, bsSingle, bsSizeable, bsDialog,
+                                              bsToolWindow};
 
 template <class E, std::size_t N>
-void WriteEnum(TWriter& w, const TNames<E, N>& names, E value) {
-  for (const auto& [v, n] : names)
-    if (v == value) return w.WriteIdent(n);
+void WriteEnum(TWriter& w, std::span<const std::u16string_view> idents, const E (&values)[N],
+               E value) {
+  for (std::size_t i = 0; i < N; ++i)
+    if (values[i] == value) return w.WriteIdent(idents[i]);
 }
 
+// The value of an enumeration property, checked against its names already.
 template <class E, std::size_t N>
-E ReadEnum(TReader& r, const TNames<E, N>& names) {
-  const std::u16string ident = r.ReadIdent();
-  for (const auto& [v, n] : names)
-    if (rtl::SameText(ident, n)) return v;
-  throw rtl::EFilerError(u"Ungültiger Eigenschaftswert: " + ident);
+E EnumValue(const TPropertyValue& v, const E (&values)[N]) {
+  if (v.Integer < 0 || v.Integer >= static_cast<std::int64_t>(N))
+    throw rtl::EFilerError(u"Ungültiger Eigenschaftswert: " + v.Text);
+  return values[v.Integer];
 }
 
-int ReadInt(TReader& r) { return static_cast<int>(r.ReadInteger()); }
+int IntValue(const TPropertyValue& v) { return static_cast<int>(v.Integer); }
+bool BoolValue(const TPropertyValue& v) { return v.Integer != 0; }
 
 // A property is stored only where it differs from its default.
 void WriteBool(TWriter& w, const char16_t* name, bool value, bool fallback) {
@@ -96,11 +71,12 @@ void WriteText(TWriter& w, const char16_t* name, const std::u16string& value) {
 }
 
 template <class E, std::size_t N>
-void WriteEnumProperty(TWriter& w, const char16_t* name, const TNames<E, N>& names, E value,
-                       E fallback) {
+void WriteEnumProperty(TWriter& w, const char16_t* name,
+                       std::span<const std::u16string_view> idents, const E (&values)[N],
+                       E value, E fallback) {
   if (value == fallback) return;
   w.WriteStr(name);
-  WriteEnum(w, names, value);
+  WriteEnum(w, idents, values, value);
 }
 
 // A list of strings, as lines of lists and memos are stored.
@@ -112,40 +88,47 @@ void WriteStrings(TWriter& w, const char16_t* name, const rtl::TStrings& lines) 
   w.WriteListEnd();
 }
 
-void ReadStrings(TReader& r, rtl::TStrings& lines) {
-  if (r.ReadValue() != rtl::vaList) throw rtl::EFilerError(u"Ungültiger Eigenschaftswert");
+void ReadStrings(const TPropertyValue& v, rtl::TStrings& lines) {
   lines.BeginUpdate();
   lines.Clear();
-  while (!r.EndOfList()) lines.Add(r.ReadString());
-  r.ReadListEnd();
+  for (const std::u16string& line : v.Lines) lines.Add(line);
   lines.EndUpdate();
 }
 
-// The registry, with the library's own classes in it from the first use.
-std::map<std::u16string, TComponentFactory, std::less<>>& Classes() {
-  static std::map<std::u16string, TComponentFactory, std::less<>> classes;
-  static std::once_flag standard;
-  std::call_once(standard, [] {
-    auto add = [](const std::type_info& type, TComponentFactory f) {
-      classes.emplace(rtl::TypeName(type), std::move(f));
-    };
-    add(typeid(TLabel), [](TComponent* o) { return new TLabel(o); });
-    add(typeid(TPanel), [](TComponent* o) { return new TPanel(o); });
-    add(typeid(TImage), [](TComponent* o) { return new TImage(o); });
-    add(typeid(TShape), [](TComponent* o) { return new TShape(o); });
-    add(typeid(TTimer), [](TComponent* o) { return new TTimer(o); });
-    add(typeid(TSpeedButton), [](TComponent* o) { return new TSpeedButton(o); });
-    add(typeid(TScrollBox), [](TComponent* o) { return new TScrollBox(o); });
-    add(typeid(TListBox), [](TComponent* o) { return new TListBox(o); });
-    add(typeid(TCheckListBox), [](TComponent* o) { return new TCheckListBox(o); });
-    add(typeid(TMemo), [](TComponent* o) { return new TMemo(o); });
-    add(typeid(TCheckBox), [](TComponent* o) { return new TCheckBox(o); });
-    add(typeid(TStringGrid), [](TComponent* o) { return new TStringGrid(o); });
-    add(typeid(THeaderControl), [](TComponent* o) { return new THeaderControl(o); });
-    add(typeid(TPopupMenu), [](TComponent* o) { return new TPopupMenu(o); });
-    add(typeid(TMenuItem), [](TComponent* o) { return new TMenuItem(o); });
-  });
-  return classes;
+using TComponentFactory = TComponent* (*)(TComponent* owner);
+
+template <class T>
+TComponent* Make(TComponent* owner) {
+  return new T(owner);
+}
+
+// The classes a stream may name for a child (those ui/persist_rules.h calls creatable).
+TComponentFactory FindFactory(std::u16string_view className) {
+  static const std::pair<std::u16string_view, TComponentFactory> factories[] = {
+      {u"TLabel", Make<TLabel>},           {u"TPanel", Make<TPanel>},
+      {u"TImage", Make<TImage>},           {u"TShape", Make<TShape>},
+      {u"TTimer", Make<TTimer>},           {u"TSpeedButton", Make<TSpeedButton>},
+      {u"TScrollBox", Make<TScrollBox>},   {u"TListBox", Make<TListBox>},
+      {u"TCheckListBox", Make<TCheckListBox>}, {u"TMemo", Make<TMemo>},
+      {u"TCheckBox", Make<TCheckBox>},     {u"TStringGrid", Make<TStringGrid>},
+      {u"THeaderControl", Make<THeaderControl>}, {u"TPopupMenu", Make<TPopupMenu>},
+      {u"TMenuItem", Make<TMenuItem>},
+  };
+  for (const auto& [name, factory] : factories)
+    if (rtl::SameText(name, className)) return factory;
+  throw rtl::EClassNotFound(u"Klasse " + std::u16string(className) + u" nicht gefunden");
+}
+
+// The class whose stored properties a root has: its own where the library knows it, else
+// that of the nearest class it derives from (a form of the program's own class is a form).
+std::u16string_view StoredClassOf(TComponent& c) {
+  if (const TClassInfo* info = FindClassInfo(c.ClassName())) return info->Name;
+  if (dynamic_cast<TCustomForm*>(&c) != nullptr) return u"TForm";
+  if (dynamic_cast<TCustomFrame*>(&c) != nullptr) return u"TFrame";
+  if (dynamic_cast<TPanel*>(&c) != nullptr) return u"TPanel";
+  if (dynamic_cast<TWinControl*>(&c) != nullptr) return u"TWinControl";
+  if (dynamic_cast<TControl*>(&c) != nullptr) return u"TControl";
+  return u"TComponent";
 }
 
 void WriteOne(TWriter& w, TComponent& c, TComponent* root) {
@@ -157,44 +140,60 @@ void WriteOne(TWriter& w, TComponent& c, TComponent* root) {
   w.WriteListEnd();
 }
 
-void ReadProperties(TReader& r, TComponent& c) {
-  while (!r.EndOfList()) {
-    const std::u16string name = r.ReadStr();
-    if (!c.ReadProperty(name, r))
-      throw rtl::EFilerError(u"Fehler beim Lesen von " + c.Name + u"." + name + u": Eigenschaft " +
-                             name + u" existiert nicht");
+void ApplyProperties(const TStreamedComponent& read, TComponent& c) {
+  for (const TPropertyValue& v : read.Properties)
+    if (!c.ReadProperty(v))
+      throw rtl::EFilerError(u"Fehler beim Lesen von " + c.Name + u"." +
+                             std::u16string(v.Info->Name) + u": Eigenschaft " +
+                             std::u16string(v.Info->Name) + u" existiert nicht");
+}
+
+// Builds a tree that was read into `root`: a child takes the root's component of its name
+// where there is one, else a new one is made. When anything fails, the components made
+// are freed and those that were moved go back where they were, so the caller keeps no
+// half-built part.
+void BuildTree(const TComponentTree& tree, TComponent& root) {
+  std::vector<TComponent*> nodes(tree.Children.size(), nullptr);
+  std::vector<TComponent*> made;
+  std::vector<std::pair<TComponent*, TComponent*>> moved;  // component, where it was
+  try {
+    for (std::size_t i = 0; i < tree.Children.size(); ++i) {
+      const TStreamedComponent& read = tree.Children[i];
+      TComponent* c = read.Name.empty() ? nullptr : root.FindComponent(read.Name);
+      if (c != nullptr && !rtl::SameText(c->ClassName(), read.ClassName))
+        throw rtl::EFilerError(u"Die Komponente " + read.Name + u" ist keine " + read.ClassName);
+      if (c == nullptr) {
+        c = FindFactory(read.ClassName)(&root);
+        made.push_back(c);
+        c->Name = read.Name;
+      }
+      nodes[i] = c;
+    }
+    ApplyProperties(tree.Root, root);
+    for (std::size_t i = 0; i < tree.Children.size(); ++i) {
+      const TStreamedComponent& read = tree.Children[i];
+      TComponent* c = nodes[i];
+      if (read.Parent != kNoParent) {
+        TComponent* parent = read.Parent < 0 ? &root : nodes[static_cast<std::size_t>(read.Parent)];
+        if (TComponent* was = c->GetParentComponent(); was != parent) {
+          moved.emplace_back(c, was);
+          c->SetParentComponent(parent);
+        }
+      }
+      ApplyProperties(read, *c);
+    }
+  } catch (...) {
+    for (auto it = moved.rbegin(); it != moved.rend(); ++it) {
+      const bool isMade = std::find(made.begin(), made.end(), it->first) != made.end();
+      if (!isMade) it->first->SetParentComponent(it->second);
+    }
+    // Children come after their parents: freed first, so nothing is freed twice.
+    for (auto it = made.rbegin(); it != made.rend(); ++it) delete *it;
+    throw;
   }
-  r.ReadListEnd();
 }
 
 }  // namespace
-
-void RegisterClass(const std::u16string& name, TComponentFactory factory) {
-  Classes()[name] = std::move(factory);
-}
-
-TComponentFactory FindClass(std::u16string_view name) {
-  const auto& classes = Classes();
-  const auto it = classes.find(name);
-  if (it == classes.end())
-    throw rtl::EClassNotFound(u"Klasse " + std::u16string(name) + u" nicht gefunden");
-  return it->second;
-}
-
-std::u16string ColorToIdent(TColor color) {
-  for (const auto& [v, n] : kColors)
-    if (v == color) return n;
-  return u"";
-}
-
-bool IdentToColor(std::u16string_view ident, TColor& color) {
-  for (const auto& [v, n] : kColors)
-    if (rtl::SameText(ident, n)) {
-      color = v;
-      return true;
-    }
-  return false;
-}
 
 void WriteComponent(rtl::TStream& stream, TComponent& component) {
   TWriter w(stream);
@@ -203,29 +202,14 @@ void WriteComponent(rtl::TStream& stream, TComponent& component) {
 }
 
 void ReadComponent(rtl::TStream& stream, TComponent& component) {
-  TReader r(stream);
-  r.ReadSignature();
-  r.ReadStr();  // the root keeps its own class and name
-  r.ReadStr();
-  ReadProperties(r, component);
-  // The components whose children are being read, innermost last.
-  std::vector<TComponent*> open{&component};
-  while (!open.empty()) {
-    if (r.EndOfList()) {
-      r.ReadListEnd();
-      open.pop_back();
-      continue;
-    }
-    const std::u16string className = r.ReadStr();
-    const std::u16string name = r.ReadStr();
-    TComponent* child = name.empty() ? nullptr : component.FindComponent(name);
-    if (child == nullptr) {
-      child = FindClass(className)(&component);
-      child->Name = name;
-    }
-    child->SetParentComponent(open.back());
-    ReadProperties(r, *child);
-    open.push_back(child);
+  try {
+    BuildTree(ReadComponentTree(stream, StoredClassOf(component)), component);
+  } catch (const rtl::Exception&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw rtl::EFilerError(u"Nicht genügend Speicher für die Komponenten");
+  } catch (const std::exception& e) {
+    throw rtl::EFilerError(rtl::Utf8ToUtf16(e.what()));
   }
 }
 
@@ -235,9 +219,9 @@ void TComponent::WriteProperties(TWriter& w) {
   WriteInt(w, u"Tag", Tag, 0);
 }
 
-bool TComponent::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name != u"Tag") return false;
-  Tag = static_cast<std::intptr_t>(r.ReadInteger());
+bool TComponent::ReadProperty(const TPropertyValue& v) {
+  if (v.Info->Name != u"Tag") return false;
+  Tag = static_cast<std::intptr_t>(v.Integer);
   return true;
 }
 
@@ -262,7 +246,7 @@ void TControl::WriteBoundsProperties(TWriter& w) {
 }
 
 void TControl::WriteOtherProperties(TWriter& w) {
-  WriteEnumProperty(w, u"Align", kAligns, align_, alNone);
+  WriteEnumProperty(w, u"Align", kAlignIdents, kAligns, align_, alNone);
   WriteBool(w, u"AlignWithMargins", AlignWithMargins, false);
   WriteText(w, u"Caption", caption_);
   if (!ParentColor) {
@@ -277,34 +261,32 @@ void TControl::WriteOtherProperties(TWriter& w) {
   WriteBool(w, u"Visible", visible_, true);
 }
 
-bool TControl::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name == u"Left") SetLeft(ReadInt(r));
-  else if (name == u"Top") SetTop(ReadInt(r));
-  else if (name == u"Width") SetWidth(ReadInt(r));
-  else if (name == u"Height") SetHeight(ReadInt(r));
-  else if (name == u"Align") SetAlign(ReadEnum(r, kAligns));
-  else if (name == u"AlignWithMargins") AlignWithMargins = r.ReadBoolean();
-  else if (name == u"Caption") SetCaption(r.ReadString());
+bool TControl::ReadProperty(const TPropertyValue& v) {
+  const std::u16string_view name = v.Info->Name;
+  if (name == u"Left") SetLeft(IntValue(v));
+  else if (name == u"Top") SetTop(IntValue(v));
+  else if (name == u"Width") SetWidth(IntValue(v));
+  else if (name == u"Height") SetHeight(IntValue(v));
+  else if (name == u"Align") SetAlign(EnumValue(v, kAligns));
+  else if (name == u"AlignWithMargins") AlignWithMargins = BoolValue(v);
+  else if (name == u"Caption") SetCaption(v.Text);
   else if (name == u"Color") {
-    if (r.NextValue() == rtl::vaIdent) {
-      const std::u16string ident = r.ReadIdent();
-      if (!IdentToColor(ident, Color))
-        throw rtl::EFilerError(u"Ungültiger Eigenschaftswert: " + ident);
-    } else {
-      Color = static_cast<TColor>(r.ReadInteger());
-    }
+    Color = static_cast<TColor>(v.Integer);
     ParentColor = false;
-  } else if (name == u"ParentColor") ParentColor = r.ReadBoolean();
-  else if (name == u"Enabled") SetEnabled(r.ReadBoolean());
-  else if (name == u"Visible") SetVisible(r.ReadBoolean());
-  else return TComponent::ReadProperty(name, r);
+  } else if (name == u"ParentColor") ParentColor = BoolValue(v);
+  else if (name == u"Enabled") SetEnabled(BoolValue(v));
+  else if (name == u"Visible") SetVisible(BoolValue(v));
+  else return TComponent::ReadProperty(v);
   return true;
 }
 
 void TControl::SetParentComponent(TComponent* parent) {
+  if (parent == nullptr) return SetParent(nullptr);
   auto* control = dynamic_cast<TControl*>(parent);
   if (TWinControl* container = control ? control->AsWinControl() : nullptr) SetParent(container);
 }
+
+TComponent* TControl::GetParentComponent() const { return Parent(); }
 
 void TWinControl::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
   // A copy: nothing may change the list while it is walked, but a caller could try.
@@ -336,16 +318,17 @@ void TCustomFrame::GetChildren(const std::function<void(TComponent*)>& proc, TCo
 
 void TCustomForm::WriteProperties(TWriter& w) {
   TControl::WriteProperties(w);
-  WriteEnumProperty(w, u"BorderStyle", kBorderStyles, BorderStyle, bsSizeable);
-  WriteEnumProperty(w, u"Position", kPositions, Position, poDefaultPosOnly);
+  WriteEnumProperty(w, u"BorderStyle", kBorderStyleIdents, kBorderStyles, BorderStyle, bsSizeable);
+  WriteEnumProperty(w, u"Position", kPositionIdents, kPositions, Position, poDefaultPosOnly);
   WriteBool(w, u"KeyPreview", KeyPreview, false);
 }
 
-bool TCustomForm::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name == u"BorderStyle") BorderStyle = ReadEnum(r, kBorderStyles);
-  else if (name == u"Position") Position = ReadEnum(r, kPositions);
-  else if (name == u"KeyPreview") KeyPreview = r.ReadBoolean();
-  else return TControl::ReadProperty(name, r);
+bool TCustomForm::ReadProperty(const TPropertyValue& v) {
+  const std::u16string_view name = v.Info->Name;
+  if (name == u"BorderStyle") BorderStyle = EnumValue(v, kBorderStyles);
+  else if (name == u"Position") Position = EnumValue(v, kPositions);
+  else if (name == u"KeyPreview") KeyPreview = BoolValue(v);
+  else return TControl::ReadProperty(v);
   return true;
 }
 
@@ -360,31 +343,33 @@ void TLabel::WriteProperties(TWriter& w) {
   WriteBool(w, u"WordWrap", wordWrap_, false);
 }
 
-bool TLabel::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name == u"AutoSize") SetAutoSize(r.ReadBoolean());
-  else if (name == u"ShowAccelChar") SetShowAccelChar(r.ReadBoolean());
-  else if (name == u"Transparent") Transparent = r.ReadBoolean();
-  else if (name == u"WordWrap") SetWordWrap(r.ReadBoolean());
-  else return TControl::ReadProperty(name, r);
+bool TLabel::ReadProperty(const TPropertyValue& v) {
+  const std::u16string_view name = v.Info->Name;
+  if (name == u"AutoSize") SetAutoSize(BoolValue(v));
+  else if (name == u"ShowAccelChar") SetShowAccelChar(BoolValue(v));
+  else if (name == u"Transparent") Transparent = BoolValue(v);
+  else if (name == u"WordWrap") SetWordWrap(BoolValue(v));
+  else return TControl::ReadProperty(v);
   return true;
 }
 
 void TPanel::WriteProperties(TWriter& w) {
   TControl::WriteProperties(w);
-  WriteEnumProperty(w, u"BevelInner", kBevels, BevelInner, bvNone);
-  WriteEnumProperty(w, u"BevelOuter", kBevels, BevelOuter, bvRaised);
+  WriteEnumProperty(w, u"BevelInner", kBevelIdents, kBevels, BevelInner, bvNone);
+  WriteEnumProperty(w, u"BevelOuter", kBevelIdents, kBevels, BevelOuter, bvRaised);
   WriteInt(w, u"BevelWidth", BevelWidth, 1);
   WriteInt(w, u"BorderWidth", BorderWidth, 0);
   WriteBool(w, u"ShowCaption", ShowCaption, true);
 }
 
-bool TPanel::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name == u"BevelInner") BevelInner = ReadEnum(r, kBevels);
-  else if (name == u"BevelOuter") BevelOuter = ReadEnum(r, kBevels);
-  else if (name == u"BevelWidth") BevelWidth = ReadInt(r);
-  else if (name == u"BorderWidth") BorderWidth = ReadInt(r);
-  else if (name == u"ShowCaption") ShowCaption = r.ReadBoolean();
-  else return TControl::ReadProperty(name, r);
+bool TPanel::ReadProperty(const TPropertyValue& v) {
+  const std::u16string_view name = v.Info->Name;
+  if (name == u"BevelInner") BevelInner = EnumValue(v, kBevels);
+  else if (name == u"BevelOuter") BevelOuter = EnumValue(v, kBevels);
+  else if (name == u"BevelWidth") BevelWidth = IntValue(v);
+  else if (name == u"BorderWidth") BorderWidth = IntValue(v);
+  else if (name == u"ShowCaption") ShowCaption = BoolValue(v);
+  else return TControl::ReadProperty(v);
   return true;
 }
 
@@ -393,9 +378,9 @@ void TListBox::WriteProperties(TWriter& w) {
   WriteStrings(w, u"Items.Strings", Items());
 }
 
-bool TListBox::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name != u"Items.Strings") return TControl::ReadProperty(name, r);
-  ReadStrings(r, Items());
+bool TListBox::ReadProperty(const TPropertyValue& v) {
+  if (v.Info->Name != u"Items.Strings") return TControl::ReadProperty(v);
+  ReadStrings(v, Items());
   return true;
 }
 
@@ -406,10 +391,10 @@ void TMemo::WriteProperties(TWriter& w) {
   WriteStrings(w, u"Lines.Strings", lines);
 }
 
-bool TMemo::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name != u"Lines.Strings") return TControl::ReadProperty(name, r);
+bool TMemo::ReadProperty(const TPropertyValue& v) {
+  if (v.Info->Name != u"Lines.Strings") return TControl::ReadProperty(v);
   rtl::TStringList lines;
-  ReadStrings(r, lines);
+  ReadStrings(v, lines);
   // Lines joined by line breaks, without one after the last, as a memo shows them.
   std::u16string text = lines.Text();
   if (text.ends_with(u"\r\n")) text.resize(text.size() - 2);
@@ -422,9 +407,9 @@ void TCheckBox::WriteProperties(TWriter& w) {
   WriteBool(w, u"Checked", Checked(), false);
 }
 
-bool TCheckBox::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name != u"Checked") return TControl::ReadProperty(name, r);
-  SetChecked(r.ReadBoolean());
+bool TCheckBox::ReadProperty(const TPropertyValue& v) {
+  if (v.Info->Name != u"Checked") return TControl::ReadProperty(v);
+  SetChecked(BoolValue(v));
   return true;
 }
 
@@ -437,13 +422,14 @@ void TMenuItem::WriteProperties(TWriter& w) {
   WriteBool(w, u"Visible", Visible, true);
 }
 
-bool TMenuItem::ReadProperty(const std::u16string& name, TReader& r) {
-  if (name == u"Caption") Caption = r.ReadString();
-  else if (name == u"Checked") Checked = r.ReadBoolean();
-  else if (name == u"Enabled") Enabled = r.ReadBoolean();
-  else if (name == u"Hint") Hint = r.ReadString();
-  else if (name == u"Visible") Visible = r.ReadBoolean();
-  else return TComponent::ReadProperty(name, r);
+bool TMenuItem::ReadProperty(const TPropertyValue& v) {
+  const std::u16string_view name = v.Info->Name;
+  if (name == u"Caption") Caption = v.Text;
+  else if (name == u"Checked") Checked = BoolValue(v);
+  else if (name == u"Enabled") Enabled = BoolValue(v);
+  else if (name == u"Hint") Hint = v.Text;
+  else if (name == u"Visible") Visible = BoolValue(v);
+  else return TComponent::ReadProperty(v);
   return true;
 }
 
@@ -456,10 +442,20 @@ void TMenuItem::SetParentComponent(TComponent* parent) {
   TMenuItem* into = dynamic_cast<TMenuItem*>(parent);
   if (auto* menu = dynamic_cast<TPopupMenu*>(parent)) into = menu->Items();
   // Read again into the same menu: the item is where it belongs already.
-  if (into != nullptr && parent_ != into) {
-    if (parent_ != nullptr) parent_->Remove(this);
-    into->Add(this);
-  }
+  if (parent_ == into) return;
+  // Refused before the item leaves its menu, so that a refusal changes nothing.
+  for (const TMenuItem* above = into; above != nullptr; above = above->parent_)
+    if (above == this) throw EMenuError("menu item inserted into itself");
+  if (parent_ != nullptr) parent_->Remove(this);
+  if (into != nullptr) into->Add(this);
+}
+
+TComponent* TMenuItem::GetParentComponent() const {
+  // The items of a popup menu hang from its root item, which the stream does not show.
+  if (parent_ != nullptr)
+    if (auto* menu = dynamic_cast<TPopupMenu*>(parent_->Owner()); menu && menu->Items() == parent_)
+      return menu;
+  return parent_;
 }
 
 void TPopupMenu::GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) {
@@ -502,17 +498,20 @@ void TImage::WriteProperties(TWriter& w) {
   WriteBool(w, u"Transparent", Transparent, false);
 }
 
-bool TImage::ReadProperty(const std::u16string& name, TReader& r) {
+bool TImage::ReadProperty(const TPropertyValue& v) {
+  const std::u16string_view name = v.Info->Name;
   if (name == u"Picture.Data") {
-    rtl::TMemoryStream data(r.ReadBinary());
-    const std::u16string className = TReader(data).ReadStr();
-    if (className == u"TBitmap") data.Seek(4, rtl::TSeekOrigin::soCurrent);
-    Picture.LoadFromStream(data);
-  } else if (name == u"Center") Center = r.ReadBoolean();
-  else if (name == u"Proportional") Proportional = r.ReadBoolean();
-  else if (name == u"Stretch") Stretch = r.ReadBoolean();
-  else if (name == u"Transparent") Transparent = r.ReadBoolean();
-  else return TControl::ReadProperty(name, r);
+    if (v.GraphicClass.empty()) {
+      Picture.Assign(TBitmap());
+    } else {
+      rtl::TMemoryStream data(v.Bytes);
+      Picture.LoadFromStream(data);
+    }
+  } else if (name == u"Center") Center = BoolValue(v);
+  else if (name == u"Proportional") Proportional = BoolValue(v);
+  else if (name == u"Stretch") Stretch = BoolValue(v);
+  else if (name == u"Transparent") Transparent = BoolValue(v);
+  else return TControl::ReadProperty(v);
   return true;
 }
 

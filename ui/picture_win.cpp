@@ -1,11 +1,14 @@
 // Pictures in file formats (ui/graphics.h, TPicture): decoded and encoded through the
 // Windows Imaging Component. Decoded pixels (straight alpha) become a 32-bit DIB with
 // premultiplied alpha (CreateDib32), which TBitmap draws blended; the bytes read are kept,
-// so that a picture is saved in the format it came in.
+// so that a picture is saved in the format it came in. The bytes are judged by
+// ui/picture_rules.h before a decoder sees them, and the decoder's frame size before its
+// pixels are reserved.
 #include <windows.h>
 
 #include <wincodec.h>
 
+#include <new>
 #include <vector>
 
 #include "rtl/com.h"
@@ -85,9 +88,13 @@ std::vector<std::uint8_t> Encode(const TBitmap& bitmap, const GUID& container) {
 }  // namespace
 
 void TPicture::LoadFromStream(rtl::TStream& stream) {
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(stream.Size() - stream.Position()));
-  if (!bytes.empty()) stream.ReadBuffer(bytes.data(), bytes.size());
-  if (bytes.empty()) Invalid();
+  // A stream may stand past its end (a component's picture shorter than it said).
+  const std::int64_t left = stream.Size() - stream.Position();
+  if (left <= 0) Invalid();
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(left));
+  stream.ReadBuffer(bytes.data(), bytes.size());
+  // Decoders reserve what a header claims, some before they read a pixel.
+  CheckPictureBytes(bytes);
 
   const rtl::TComScope com;
   const auto factory = Factory();
@@ -96,29 +103,34 @@ void TPicture::LoadFromStream(rtl::TStream& stream) {
   rtl::TComPtr<IWICBitmapFrameDecode> frame;
   rtl::TComPtr<IWICFormatConverter> converter;
   GUID container{};
+  UINT width = 0, height = 0;
   if (FAILED(factory->CreateStream(wicStream.put())) ||
       FAILED(wicStream->InitializeFromMemory(bytes.data(), static_cast<DWORD>(bytes.size()))) ||
       FAILED(factory->CreateDecoderFromStream(wicStream.get(), nullptr,
                                               WICDecodeMetadataCacheOnDemand, decoder.put())) ||
       FAILED(decoder->GetContainerFormat(&container)) || FAILED(decoder->GetFrame(0, frame.put())) ||
-      FAILED(factory->CreateFormatConverter(converter.put())) ||
+      FAILED(frame->GetSize(&width, &height)))
+    Invalid();
+  // Formats whose headers are not read before (TIFF) meet the limit here.
+  CheckPictureSize(width, height);
+  if (FAILED(factory->CreateFormatConverter(converter.put())) ||
       FAILED(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppBGRA,
                                    WICBitmapDitherTypeNone, nullptr, 0,
                                    WICBitmapPaletteTypeCustom)))
     Invalid();
-  UINT width = 0, height = 0;
-  // A header may claim any size: more than 2^28 pixels (a gigabyte) is no picture here.
-  if (FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0 ||
-      std::uint64_t{width} * height > (std::uint64_t{1} << 28))
-    Invalid();
-  std::vector<std::uint32_t> pixels(std::size_t{width} * height);
-  if (FAILED(converter->CopyPixels(nullptr, width * 4, static_cast<UINT>(pixels.size() * 4),
-                                   reinterpret_cast<BYTE*>(pixels.data()))))
-    Invalid();
-  rtl::unique_hbitmap dib =
-      CreateDib32(static_cast<int>(width), static_cast<int>(height), [&](int x, int y) {
-        return pixels[std::size_t(y) * width + std::size_t(x)];
-      });
+  std::vector<std::uint32_t> pixels;
+  rtl::unique_hbitmap dib;
+  try {
+    pixels.resize(std::size_t{width} * height);
+    if (FAILED(converter->CopyPixels(nullptr, width * 4, static_cast<UINT>(pixels.size() * 4),
+                                     reinterpret_cast<BYTE*>(pixels.data()))))
+      Invalid();
+    dib = CreateDib32(static_cast<int>(width), static_cast<int>(height), [&](int x, int y) {
+      return pixels[std::size_t(y) * width + std::size_t(x)];
+    });
+  } catch (const std::bad_alloc&) {
+    throw EInvalidGraphic(u"Für das Bild reicht der Speicher nicht");
+  }
   if (!dib) Invalid();
   bitmap_.SetHandle(std::move(dib), afPremultiplied);
   format_ = FormatOf(container);
@@ -135,6 +147,8 @@ void TPicture::SaveToStream(rtl::TStream& stream) const {
 
 void TPicture::AssignPng(const TBitmap& bitmap) {
   std::vector<std::uint8_t> png = Encode(bitmap, GUID_ContainerFormatPng);
+  // A PNG without bytes would be saved as one and refused when read back.
+  if (png.empty()) throw EInvalidGraphic(u"Das Bild kann nicht geschrieben werden");
   bitmap_.Assign(bitmap);
   format_ = pfPng;
   encoded_ = std::move(png);

@@ -30,7 +30,7 @@ class TLabel : public TGraphicControl {
   // Sizes the label to its text now, when AutoSize.
   void AdjustBounds();
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void Paint(HDC dc) override;
@@ -62,7 +62,7 @@ class TListBox : public TWinControl {
 
   // The lines are stored as "Items.Strings".
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;
@@ -86,7 +86,7 @@ class TMemo : public TWinControl {
 
   // The text is stored line by line as "Lines.Strings".
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;
@@ -101,7 +101,7 @@ class TCheckBox : public TWinControl {
   void SetChecked(bool checked);
 
   void WriteProperties(rtl::TWriter& writer) override;
-  bool ReadProperty(const std::u16string& name, rtl::TReader& reader) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;

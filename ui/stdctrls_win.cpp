@@ -174,12 +174,15 @@ void TListBox::SetItemIndex(int index) {
 int TListBox::ItemAtPos(POINT pos, bool existing) const {
   // Each line's own rectangle is asked: LB_ITEMFROMPOINT names the nearest line for a
   // point below the last one.
-  if (HandleAllocated()) {
+  // Only the lines in view: the walk ends at the client area's bottom edge.
+  RECT client{};
+  if (HandleAllocated() && GetClientRect(Window(), &client) && PtInRect(&client, pos)) {
     const int top = static_cast<int>(SendMessageW(Window(), LB_GETTOPINDEX, 0, 0));
     for (int i = std::max(top, 0); i < Count(); ++i) {
       RECT r{};
       if (SendMessageW(Window(), LB_GETITEMRECT, static_cast<WPARAM>(i),
-                       reinterpret_cast<LPARAM>(&r)) == LB_ERR)
+                       reinterpret_cast<LPARAM>(&r)) == LB_ERR ||
+          r.top >= client.bottom)
         break;
       if (PtInRect(&r, pos)) return i;
     }

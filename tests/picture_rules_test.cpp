@@ -1,0 +1,288 @@
+// Picture headers from hostile bytes: what each format's header claims, which claims are
+// refused before a decoder sees them, and the size limit of a decoded picture. The files
+// are built here field by field, as each format lays them out.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "rtl/sysutils.h"
+#include "ui/picture_rules.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using ui::TPictureClaim;
+
+void Le16(Bytes& b, std::uint32_t v) {
+  b.push_back(static_cast<std::uint8_t>(v));
+  b.push_back(static_cast<std::uint8_t>(v >> 8));
+}
+void Le32(Bytes& b, std::uint32_t v) {
+  Le16(b, v & 0xFFFF);
+  Le16(b, v >> 16);
+}
+void Be16(Bytes& b, std::uint32_t v) {
+  b.push_back(static_cast<std::uint8_t>(v >> 8));
+  b.push_back(static_cast<std::uint8_t>(v));
+}
+void Be32(Bytes& b, std::uint32_t v) {
+  Be16(b, v >> 16);
+  Be16(b, v & 0xFFFF);
+}
+void Text(Bytes& b, const std::string& s) { b.insert(b.end(), s.begin(), s.end()); }
+Bytes Cut(const Bytes& b, std::size_t n) { return Bytes(b.begin(), b.begin() + n); }
+
+// A PNG chunk; the checksum is left 0, as nothing here reads it.
+void Chunk(Bytes& b, const std::string& type, std::size_t length) {
+  Be32(b, static_cast<std::uint32_t>(length));
+  Text(b, type);
+  b.insert(b.end(), length + 4, 0);
+}
+
+// Signature, header, one image data chunk of `data` bytes, end.
+Bytes Png(std::uint32_t width, std::uint32_t height, std::uint8_t depth = 8,
+          std::uint8_t colour = 0, std::size_t data = 64) {
+  Bytes b{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+  Be32(b, 13);
+  Text(b, "IHDR");
+  Be32(b, width);
+  Be32(b, height);
+  b.insert(b.end(), {depth, colour, 0, 0, 0, 0, 0, 0, 0});  // methods, interlace, checksum
+  Chunk(b, "IDAT", data);
+  Chunk(b, "IEND", 0);
+  return b;
+}
+
+// File header, info header (40 bytes, or the 12-byte core one), `pixels` bytes right after.
+Bytes Bmp(std::int32_t width, std::int32_t height, std::uint16_t bits, std::size_t pixels,
+          std::uint32_t compression = 0, std::uint32_t header = 40) {
+  Bytes b;
+  Text(b, "BM");
+  Le32(b, 14 + header + static_cast<std::uint32_t>(pixels));
+  Le32(b, 0);
+  Le32(b, 14 + header);
+  Le32(b, header);
+  if (header == 12) {
+    Le16(b, static_cast<std::uint32_t>(width));
+    Le16(b, static_cast<std::uint32_t>(height));
+    Le16(b, 1);
+    Le16(b, bits);
+  } else {
+    Le32(b, static_cast<std::uint32_t>(width));
+    Le32(b, static_cast<std::uint32_t>(height));
+    Le16(b, 1);
+    Le16(b, bits);
+    Le32(b, compression);
+    b.insert(b.end(), header - 20, 0);
+  }
+  b.insert(b.end(), pixels, 0x55);
+  return b;
+}
+
+// A screen with a two-colour table, one frame of a single-pixel data block, the trailer.
+Bytes Gif(std::uint32_t width, std::uint32_t height, std::uint32_t frameWidth = 1,
+          std::uint32_t frameHeight = 1) {
+  Bytes b;
+  Text(b, "GIF89a");
+  Le16(b, width);
+  Le16(b, height);
+  b.insert(b.end(), {0x80, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF});
+  b.insert(b.end(), {0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // an extension before the frame
+  b.push_back(0x2C);
+  Le32(b, 0);
+  Le16(b, frameWidth);
+  Le16(b, frameHeight);
+  b.insert(b.end(), {0, 2, 2, 0x44, 0x01, 0, 0x3B});
+  return b;
+}
+
+// Start, an application segment, a frame header of `marker` with three components, scan
+// bytes up to `size`, end.
+Bytes Jpeg(std::uint32_t width, std::uint32_t height, std::size_t size,
+           std::uint8_t marker = 0xC0) {
+  Bytes b{0xFF, 0xD8, 0xFF, 0xE0};
+  Be16(b, 16);
+  Text(b, "JFIF");
+  b.insert(b.end(), {0, 1, 1, 0, 0, 1, 0, 1, 0, 0});
+  b.insert(b.end(), {0xFF, marker});
+  Be16(b, 17);
+  b.push_back(8);
+  Be16(b, height);
+  Be16(b, width);
+  b.insert(b.end(), {3, 1, 0x22, 0, 2, 0x11, 1, 3, 0x11, 1});
+  if (b.size() + 2 < size) b.insert(b.end(), size - b.size() - 2, 0x5A);
+  b.insert(b.end(), {0xFF, 0xD9});
+  return b;
+}
+
+// An icon whose one image is `image`.
+Bytes Ico(const Bytes& image, std::uint32_t offset = 22) {
+  Bytes b{0, 0, 1, 0, 1, 0, 16, 16, 0, 0, 1, 0, 32, 0};
+  Le32(b, static_cast<std::uint32_t>(image.size()));
+  Le32(b, offset);
+  b.insert(b.end(), image.begin(), image.end());
+  return b;
+}
+
+// The bitmap of an icon: an info header whose height counts the mask's rows too.
+Bytes IconDib(std::int32_t width, std::int32_t height, std::uint16_t bits, std::size_t pixels) {
+  const Bytes file = Bmp(width, 2 * height, bits, pixels);
+  return Bytes(file.begin() + 14, file.end());
+}
+
+TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
+  // A TIFF, and text that is no picture: for the decoder to judge.
+  const Bytes tiff{'I', 'I', 42, 0, 8, 0, 0, 0};
+  const struct {
+    const char* what;
+    Bytes bytes;
+    TPictureClaim claim;
+  } cases[] = {
+      {"gray PNG", Png(16, 8), {ui::pfPng, 16, 8, 8}},
+      {"RGBA PNG of 16 bits", Png(3, 2, 16, 6), {ui::pfPng, 3, 2, 64}},
+      {"palette PNG of 2 bits", Png(5, 5, 2, 3), {ui::pfPng, 5, 5, 2}},
+      // 8000 x 8000 gray is 64 million bytes; 62016 bytes of deflate make up to 64 million.
+      {"PNG with just enough data", Png(8000, 8000, 8, 0, 62016), {ui::pfPng, 8000, 8000, 8}},
+      {"PNG of the largest size", Png(8192, 8192, 1, 0, 8200), {ui::pfPng, 8192, 8192, 1}},
+      // Rows of 9 bytes padded to 12.
+      {"24-bit BMP, rows padded", Bmp(3, 2, 24, 24), {ui::pfBmp, 3, 2, 24}},
+      {"BMP stored from the top", Bmp(3, -2, 24, 24), {ui::pfBmp, 3, 2, 24}},
+      // 33 bits: 5 bytes, padded to 8.
+      {"1-bit BMP", Bmp(33, 2, 1, 16), {ui::pfBmp, 33, 2, 1}},
+      {"BMP with the core header", Bmp(5, 3, 8, 24, 0, 12), {ui::pfBmp, 5, 3, 8}},
+      {"BMP with the version 5 header", Bmp(2, 2, 32, 16, 3, 124), {ui::pfBmp, 2, 2, 32}},
+      // Runs may skip whole areas: the bytes say nothing of the size.
+      {"run-length BMP", Bmp(1000, 1000, 8, 10, 1), {ui::pfBmp, 1000, 1000, 8}},
+      {"GIF", Gif(10, 20), {ui::pfGif, 10, 20, 8}},
+      {"GIF frame larger than its screen", Gif(10, 20, 300, 400), {ui::pfGif, 10, 20, 8}},
+      {"JPEG", Jpeg(64, 32, 600), {ui::pfJpeg, 64, 32, 24}},
+      // 64 million pixels take 125000 bytes at a bit per 8 x 8 block.
+      {"JPEG with just enough bytes", Jpeg(8000, 8000, 125000), {ui::pfJpeg, 8000, 8000, 24}},
+      {"progressive JPEG", Jpeg(64, 32, 600, 0xC2), {ui::pfJpeg, 64, 32, 24}},
+      {"arithmetic JPEG: no floor", Jpeg(8000, 8000, 300, 0xC9), {ui::pfJpeg, 8000, 8000, 24}},
+      {"icon with a PNG", Ico(Png(16, 16, 8, 6)), {ui::pfIco, 16, 16, 32}},
+      {"icon with a bitmap", Ico(IconDib(16, 16, 32, 16 * 16 * 4)), {ui::pfIco, 16, 16, 32}},
+      {"TIFF", tiff, {}},
+      {"text", {'h', 'e', 'l', 'l', 'o'}, {}},
+  };
+  for (const auto& c : cases) {
+    try {
+      EXPECT_EQ(ui::CheckPictureBytes(c.bytes), c.claim) << c.what;
+    } catch (const rtl::Exception& e) {
+      ADD_FAILURE() << c.what << ": " << e.what();
+    }
+  }
+}
+
+TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
+  Bytes pngBadLength = Png(16, 16);
+  pngBadLength[11] = 14;  // the header chunk's length
+  Bytes pngHugeChunk = Cut(Png(3000, 3000, 8, 0, 100), 8 + 25 + 8 + 100);
+  pngHugeChunk[33] = 0x7F;  // the image data chunk claims 2 GiB, the file ends in it
+  Bytes bmpFarPixels = Bmp(2, 2, 32, 16);
+  bmpFarPixels[10] = 0xF0;  // the pixels 4 GiB on
+  bmpFarPixels[13] = 0xFF;
+  Bytes bmpHugeHeader = Bmp(2, 2, 32, 16);
+  bmpHugeHeader[17] = 0xFF;
+  Bytes jpegScanFirst = Jpeg(64, 32, 600);
+  jpegScanFirst[21] = 0xDA;  // the frame header's marker made a scan's
+  Bytes jpegLengthOne = Jpeg(64, 32, 600);
+  jpegLengthOne[5] = 1;
+  const struct {
+    const char* what;
+    Bytes bytes;
+  } cases[] = {
+      {"nothing", {}},
+      {"PNG of 16384 x 16384 in 100 bytes", Png(16384, 16384, 8, 6, 45)},
+      {"PNG of 8000 x 8000 with too little data", Png(8000, 8000, 8, 0, 62015)},
+      {"PNG of 8192 x 8193", Png(8192, 8193, 1, 0, 9000)},
+      {"PNG wider than 2^31", Png(0x80000000u, 1, 1, 0, 100)},
+      {"PNG of width 0", Png(0, 16)},
+      {"PNG colour type 5", Png(16, 16, 8, 5)},
+      {"PNG RGB of 4 bits", Png(16, 16, 4, 2)},
+      {"PNG header chunk of 14 bytes", pngBadLength},
+      {"PNG without image data", Png(16, 16, 8, 0, 0)},
+      {"PNG cut in its header", Cut(Png(16, 16), 20)},
+      {"PNG whose data chunk claims more than the file", pngHugeChunk},
+      {"BMP claiming more rows than its bytes", Bmp(100, 100, 24, 10)},
+      {"BMP without its last row's padding", Bmp(3, 2, 24, 23)},
+      {"BMP of width 0", Bmp(0, 2, 24, 24)},
+      {"BMP of negative width", Bmp(-3, 2, 24, 24)},
+      {"BMP of height 0", Bmp(3, 0, 24, 24)},
+      {"BMP of height -2^31", Bmp(3, INT32_MIN, 24, 24)},
+      {"BMP of 7 bits", Bmp(3, 2, 7, 24)},
+      {"BMP with a 20-byte header", Bmp(3, 2, 24, 24, 0, 20)},
+      {"BMP with a 4 GiB header", bmpHugeHeader},
+      {"BMP whose pixels lie past its end", bmpFarPixels},
+      {"BMP cut after its signature", {'B', 'M'}},
+      {"run-length BMP of 20000 x 20000", Bmp(20000, 20000, 8, 10, 1)},
+      {"GIF screen of 65535 x 65535", Gif(65535, 65535)},
+      {"GIF screen of 0 x 0", Gif(0, 0)},
+      {"GIF frame of 65535 x 65535", Gif(16, 16, 65535, 65535)},
+      {"GIF cut in its screen", Cut(Gif(16, 16), 10)},
+      {"JPEG of 8000 x 8000 in 300 bytes", Jpeg(8000, 8000, 300)},
+      {"JPEG a byte short of its floor", Jpeg(8000, 8000, 124999)},
+      {"JPEG of 65535 x 65535", Jpeg(65535, 65535, 1 << 20, 0xC9)},
+      {"JPEG of height 0", Jpeg(64, 0, 600)},
+      {"JPEG with a scan before its frame", jpegScanFirst},
+      {"JPEG segment of length 1", jpegLengthOne},
+      {"JPEG cut before its frame", Cut(Jpeg(64, 32, 600), 20)},
+      {"icon of no images", {0, 0, 1, 0, 0, 0}},
+      {"icon whose image lies past its end", Ico(Png(16, 16), 4000)},
+      {"icon with a PNG of 16384 x 16384", Ico(Png(16384, 16384, 8, 6, 45))},
+      {"icon bitmap claiming more rows than its bytes", Ico(IconDib(16, 64, 32, 16 * 16 * 4))},
+  };
+  for (const auto& c : cases) {
+    try {
+      const TPictureClaim claim = ui::CheckPictureBytes(c.bytes);
+      ADD_FAILURE() << c.what << ": accepted as " << claim.Width << " x " << claim.Height;
+    } catch (const ui::EInvalidGraphic&) {
+    } catch (const rtl::Exception& e) {
+      ADD_FAILURE() << c.what << ": not EInvalidGraphic: " << e.what();
+    }
+  }
+}
+
+TEST(StreamingPictureHeaders, EveryCutIsJudgedWithinTheBytes) {
+  // Each prefix in a buffer of its own size, so that a read past it is caught.
+  for (const Bytes& whole : {Png(16, 8, 8, 2, 40), Bmp(3, 2, 24, 24), Bmp(5, 3, 8, 24, 0, 12),
+                             Gif(16, 16, 8, 8), Jpeg(64, 32, 300), Ico(Png(16, 16)),
+                             Ico(IconDib(4, 4, 32, 64))}) {
+    for (std::size_t n = 0; n < whole.size(); ++n) {
+      const Bytes cut = Cut(whole, n);
+      try {
+        ui::CheckPictureBytes(cut);
+      } catch (const ui::EInvalidGraphic&) {
+      }
+    }
+  }
+}
+
+TEST(StreamingPictureHeaders, ADecodedPictureHasAtMost64Megapixels) {
+  const struct {
+    std::uint64_t width, height;
+    bool allowed;
+  } cases[] = {
+      {1, 1, true},
+      {8192, 8192, true},
+      {8192, 8193, false},
+      {64 * 1024 * 1024, 1, true},
+      {1, 64 * 1024 * 1024 + 1, false},
+      {0, 5, false},
+      {5, 0, false},
+      // Products that wrap around in 64 bits.
+      {std::uint64_t{1} << 32, std::uint64_t{1} << 32, false},
+      {std::uint64_t{1} << 63, 2, false},
+  };
+  for (const auto& c : cases) {
+    if (c.allowed)
+      EXPECT_NO_THROW(ui::CheckPictureSize(c.width, c.height)) << c.width << " x " << c.height;
+    else
+      EXPECT_THROW(ui::CheckPictureSize(c.width, c.height), ui::EInvalidGraphic)
+          << c.width << " x " << c.height;
+  }
+}
+
+}  // namespace
