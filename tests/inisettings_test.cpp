@@ -92,7 +92,9 @@ TEST(IniSettingsRestore, TopTaskBarAndTheVariants) {
 TEST(IniSettingsRestore, CornerOnlyRules) {
   TRestoreScreen s = Single();
   auto corner = [&](TWindowPosRecord r, bool ini) {
-    const ui::TRect c = ini ? RestoreWindowCornerIni(r, s) : RestoreWindowCorner(r, s);
+    const ui::TRect c =
+        ini ? RestoreWindowCornerIni(r, s, 400, 300) : RestoreWindowCorner(r, s, 400, 300);
+    EXPECT_EQ(std::pair(c.Width(), c.Height()), std::pair(400, 300)) << "the size stays";
     return std::pair(c.Left, c.Top);
   };
   EXPECT_EQ(corner({100, 50, 2000, 1100, 1}, false), std::pair(0, 0));
@@ -122,6 +124,23 @@ TEST(IniSettingsFiles, ListBoundsProbesAndMessage) {
   EXPECT_EQ(DriveProbeFile(u"D:"), u"D:\\jjhhuu.ini");
   EXPECT_EQ(DriveProbeFile(u"\\\\srv\\share"), u"\\\\jjhhuu.ini") << "the first two, whatever";
   EXPECT_EQ(AppIniFolder(u"C:\\P\\app.INI"), u"C:\\P\\");
+  // Where the profile API keeps the file a probe writes, and so where it is deleted.
+  struct {
+    const char16_t* name;
+    const char16_t* file;
+  } const probes[] = {
+      {u"IniTest", u"C:\\windows\\IniTest"},      // no folder: the Windows folder
+      {u"jjhhuu.ini", u"C:\\windows\\jjhhuu.ini"},
+      {u"C:\\jjhhuu.ini", u"C:\\jjhhuu.ini"},
+      {u"sub\\IniTest", u"sub\\IniTest"},          // a folder: counted from the current one
+      {u"sub/IniTest", u"sub/IniTest"},
+      {u"C:IniTest", u"C:IniTest"},                // a drive: its current folder
+      {u"\\\\jjhhuu.ini", u"\\\\jjhhuu.ini"},
+  };
+  for (const auto& p : probes) {
+    EXPECT_EQ(ProfileFilePath(p.name, u"C:\\windows"), p.file);
+    EXPECT_EQ(ProfileFilePath(p.name, u"C:\\windows\\"), p.file) << "one backslash between";
+  }
   EXPECT_EQ(AppIniFolder(u""), u"");
   EXPECT_EQ(WritePosFailedText(u"C:\\x.ini"),
             u"Nach C:\\x.ini konnte nicht geschrieben werden!\r\r"

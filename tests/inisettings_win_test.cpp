@@ -127,6 +127,33 @@ TEST_F(IniSettingsWin, PersistedListsAndTheWriteProbes) {
   EXPECT_FALSE(CanWriteAppIni());
 }
 
+TEST_F(IniSettingsWin, ProbesOfNamesWithoutAFolderLeaveNoFileBehind) {
+  // The profile API keeps a file named without a folder in the Windows folder.
+  wchar_t windows[MAX_PATH] = {}, current[MAX_PATH] = {};
+  GetWindowsDirectoryW(windows, MAX_PATH);
+  GetCurrentDirectoryW(MAX_PATH, current);
+  const std::u16string places[] = {chkPath(reinterpret_cast<const char16_t*>(windows)),
+                                   chkPath(reinterpret_cast<const char16_t*>(current))};
+  struct {
+    const char16_t* file;
+    bool (*probe)();
+  } const cases[] = {
+      {u"IniTest", [] {
+         AppIniName = u"app.INI";
+         return CanWriteAppIni();
+       }},
+      {u"jjhhuu.ini", [] { return CanWriteAFile(u""); }},
+  };
+  for (const auto& c : cases) {
+    for (const std::u16string& place : places) DeleteFileW(W(place + c.file));
+    EXPECT_TRUE(c.probe()) << "the Windows folder is writable here";
+    for (const std::u16string& place : places) {
+      EXPECT_FALSE(FileExists(place + c.file)) << rtl::Utf16ToUtf8(place + c.file);
+      DeleteFileW(W(place + c.file));
+    }
+  }
+}
+
 TEST_F(IniSettingsWin, APositionComesBackOnTheSameScreenAndComputerOnly) {
   const std::u16string ini = folder_ + u"pos.ini";
   ui::TForm& form = Form(100, 120, 400, 300);

@@ -3,6 +3,7 @@
 // the points where menus open. List and header rules are tested on real windows.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 
 #include "tools/qm_globals.h"
@@ -37,13 +38,28 @@ TEST(UiHelpersText, AWordWithoutSpacesIsBrokenWhereItOverrunsTheWidth) {
 }
 
 TEST(UiHelpersText, TextTooWideIsCutUntilItFitsWithDotsAndTwoPixelsToSpare) {
-  const std::u16string text = u"abcdefghijkl";  // 60 pixels
-  EXPECT_EQ(FitStrLen(60, Fixed(5), text), text) << "fits: no dots";
-  EXPECT_EQ(FitStrLen(52, Fixed(5), text), u"abcdefg...") << "50 <= 52 - 2";
-  EXPECT_EQ(FitStrLen(51, Fixed(5), text), u"abcdef...") << "50 would fit but for the spare pixels";
-  EXPECT_EQ(FitStrLen(30, Fixed(5), text), u"ab...");
-  EXPECT_EQ(FitStrLen(16, Fixed(5), text), u"...") << "nothing fits";
-  EXPECT_EQ(FitStrLen(50, Fixed(5), u""), u"");
+  struct Case {
+    std::u16string text;
+    int width;
+    std::u16string fitted;
+  } const cases[] = {
+      {u"abcdefghijkl", 60, u"abcdefghijkl"},  // 60 pixels fit: no dots
+      {u"abcdefghijkl", 52, u"abcdefg..."},    // 50 <= 52 - 2
+      {u"abcdefghijkl", 51, u"abcdef..."},     // 50 would fit but for the spare pixels
+      {u"abcdefghijkl", 30, u"ab..."},
+      {u"abcdefghijkl", 16, u"..."},           // nothing fits
+      {u"", 50, u""},
+      {u"", 0, u""},
+      {u"abcdefghijkl", INT_MAX, u"abcdefghijkl"},
+      // Not even "..." fits: the text is used up, and the dots are what is left.
+      {u"", -1, u"..."},
+      {u"a", -1, u"..."},
+      {u"", INT_MIN, u"..."},
+      {u"abc", INT_MIN + 1, u"..."},
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(FitStrLen(c.width, Fixed(5), c.text), c.fitted)
+        << std::string(c.text.begin(), c.text.end()) << " in " << c.width;
 }
 
 TEST(UiHelpersColor, ChannelsMoveInProportionToThemselvesAndStayInRange) {
@@ -132,6 +148,43 @@ TEST(UiHelpersGeometry, PicturesFitTheirContainerWithTheAspectRatioKept) {
   FitPictureToContainerInt(100, 100, w, h);
   EXPECT_EQ(w, 0);
   EXPECT_EQ(h, 0);
+}
+
+TEST(UiHelpersGeometry, ListLinesAreFoundOnlyInsideTheClientArea) {
+  // A 100 x 96 client area of 16-pixel lines: six show, the sixth down to its last pixel.
+  struct Case {
+    TPoint p;
+    int top, height, count;
+    int line;
+  } const cases[] = {
+      {{50, 0}, 0, 16, 50, 0},
+      {{50, 15}, 0, 16, 50, 0},
+      {{50, 16}, 0, 16, 50, 1},
+      {{0, 95}, 0, 16, 50, 5},
+      {{99, 40}, 20, 16, 50, 22},   // scrolled: counted from the top line
+      {{50, 47}, 47, 16, 50, 49},
+      {{50, 48}, 47, 16, 50, -1},  // below the last line
+      {{50, 0}, 0, 16, 0, -1},     // no lines at all
+      // Outside the client area, where lines scrolled out of view would lie.
+      {{50, 96}, 0, 16, 50, -1},
+      {{50, 200}, 0, 16, 50, -1},
+      {{50, -1}, 20, 16, 50, -1},
+      {{100, 10}, 0, 16, 50, -1},
+      {{-1, 10}, 0, 16, 50, -1},
+      {{INT_MIN, INT_MIN}, 0, 16, 50, -1},
+      {{INT_MAX, INT_MAX}, 0, 16, 50, -1},
+      // What the window says when it refuses, and counts at the end of the integers.
+      {{50, 10}, -1, 16, 50, -1},
+      {{50, 10}, 0, 0, 50, -1},
+      {{50, 10}, 0, -16, 50, -1},
+      {{50, 95}, INT_MAX - 1, 16, INT_MAX, -1},
+      {{50, 95}, INT_MAX - 6, 16, INT_MAX, INT_MAX - 1},
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(ListItemAtPoint(c.p, 100, 96, c.top, c.height, c.count), c.line)
+        << "(" << c.p.X << ", " << c.p.Y << ") from line " << c.top << " of " << c.count;
+  EXPECT_EQ(ListItemAtPoint({0, 0}, 0, 0, 0, 16, 50), -1) << "a list box without a client area";
+  EXPECT_EQ(ListItemAtPoint({0, 0}, -5, -5, 0, 16, 50), -1);
 }
 
 TEST(UiHelpersGeometry, MenusOpenOnePixelAboveOrBelowTheControl) {

@@ -89,6 +89,79 @@ TEST(UiHelpersWin, ListBoxStateFollowsTheWindowsSelectionAndLinesAreHitByPoint) 
   EXPECT_FALSE(checks->Checked(1));
 }
 
+// Counts what a list window receives while it is hooked.
+WNDPROC listProc = nullptr;
+int listMessages = 0;
+LRESULT CALLBACK CountListMessages(HWND window, UINT msg, WPARAM wParam, LPARAM lParam) {
+  ++listMessages;
+  return CallWindowProcW(listProc, window, msg, wParam, lParam);
+}
+
+TEST(UiHelpersWin, LinesScrolledOutOfViewAreNotFoundAndFindingDoesNotWalkTheList) {
+  auto form = ShownForm();
+  // 96 pixels high inside the sunken border.
+  auto* list = Child<TListBox>(*form, u"ListBox1", {10, 10, 150, 110});
+  auto* checks = Child<TCheckListBox>(*form, u"CheckListBox1", {200, 10, 340, 110});
+  for (int i = 0; i < 50; ++i) {
+    list->Items().Add(u"Zeile");
+    checks->Items().Add(u"Zeile");
+  }
+  for (TListBox* box : {list, static_cast<TListBox*>(checks)}) {
+    const auto find = [&](int x, int y) {
+      return box == list ? FindLbIdx(*list, x, y) : FindcLbIdx(*checks, x, y);
+    };
+    const HWND window = box->Handle();
+    RECT client{};
+    GetClientRect(window, &client);
+    for (const int scrolled : {0, 20, 49}) {
+      SendMessageW(window, LB_SETTOPINDEX, static_cast<WPARAM>(scrolled), 0);
+      const int top = static_cast<int>(SendMessageW(window, LB_GETTOPINDEX, 0, 0));
+      SCOPED_TRACE(testing::Message() << "from line " << top);
+      // Each line that shows, at its top and in its middle; the list's own rectangles.
+      int shown = 0;
+      for (int i = top; i < 50; ++i) {
+        RECT line{};
+        SendMessageW(window, LB_GETITEMRECT, static_cast<WPARAM>(i),
+                     reinterpret_cast<LPARAM>(&line));
+        if (line.top >= client.bottom) break;
+        EXPECT_EQ(find(5, line.top), i);
+        EXPECT_EQ(find(client.right - 1, (line.top + line.bottom) / 2), i);
+        ++shown;
+      }
+      EXPECT_GE(shown, 5);
+      // Outside the client area the lines scrolled away do not count.
+      const POINT outside[] = {{5, client.bottom},      {5, client.bottom + 20},
+                               {5, client.bottom + 60}, {5, -1},
+                               {client.right, 5},       {-1, 5},
+                               {5, 0x7FFFFFFF},         {-0x7FFFFFFF - 1, -0x7FFFFFFF - 1}};
+      for (const POINT p : outside) EXPECT_EQ(find(p.x, p.y), -1) << p.x << ", " << p.y;
+    }
+  }
+
+  // Thousands of lines: a point far below the box, where no line lies even scrolled
+  // away, or one on its last line takes a few messages, not one a line.
+  const HWND window = list->Handle();
+  SendMessageW(window, WM_SETREDRAW, FALSE, 0);  // no painting and scrolling for each line
+  for (int i = 0; i < 2000; ++i) list->Items().Add(u"Zeile");
+  SendMessageW(window, WM_SETREDRAW, TRUE, 0);
+  SendMessageW(window, LB_SETTOPINDEX, 1000, 0);
+  RECT client{};
+  GetClientRect(window, &client);
+  listProc = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountListMessages)));
+  listMessages = 0;
+  const int below = FindLbIdx(*list, 5, client.bottom + 100000);
+  const int belowMessages = listMessages;
+  listMessages = 0;
+  const int lastLine = FindLbIdx(*list, 5, client.bottom - 1);
+  const int lastLineMessages = listMessages;
+  SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProc));
+  EXPECT_EQ(below, -1);
+  EXPECT_GT(lastLine, 1000);
+  EXPECT_LE(belowMessages, 4);
+  EXPECT_LE(lastLineMessages, 4);
+}
+
 TEST(UiHelpersWin, DeletingARowKeepsTheCurrentRowOrFallsBackToTheLast) {
   auto form = ShownForm();
   auto* grid = Child<TStringGrid>(*form, u"StringGrid1", {0, 0, 300, 200});

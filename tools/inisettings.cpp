@@ -3,6 +3,8 @@
 #include "tools/inisettings.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 
 #include "rtl/sysutils.h"
 #include "rtl/ustring.h"
@@ -36,72 +38,102 @@ bool ReadWindowPosValue(std::u16string_view Value, TWindowPosRecord& Rec) {
   return true;
 }
 
+namespace {
+
+// A record is text that anybody can edit, and a sum of two of its numbers, or of one and a
+// screen's, may leave the integers. So the rules count in 64 bits and narrow at the end.
+using Wide = std::int64_t;
+constexpr Wide kIntMin = std::numeric_limits<int>::min();
+constexpr Wide kIntMax = std::numeric_limits<int>::max();
+
+// A coordinate beyond the integers stops at their edge.
+int Narrow(Wide v) { return static_cast<int>(std::clamp(v, kIntMin, kIntMax)); }
+
+// The near edge of a side of Size at At, moved just far enough that the far edge is an
+// integer too: SetBounds adds the two.
+int NearEdge(Wide At, int Size) {
+  return Narrow(std::clamp(At, kIntMin - std::min(Size, 0), kIntMax - std::max(Size, 0)));
+}
+
+ui::TRect FormAt(Wide Left, Wide Top, int Width, int Height) {
+  const int l = NearEdge(Left, Width), t = NearEdge(Top, Height);
+  return {l, t, l + Width, t + Height};
+}
+
+}  // namespace
+
 TWindowPosRecord SavedWindowPos(const ui::TRect& Normal, int ShowCmd, int FormLeft, int FormTop,
                                 bool Correct) {
-  int dLeft = 0, dTop = 0;
+  Wide dLeft = 0, dTop = 0;
   if (Correct) {
-    if (FormTop != Normal.Top) dTop = FormTop - Normal.Top;
-    if (FormLeft != Normal.Left) dLeft = FormLeft - Normal.Left;
+    if (FormTop != Normal.Top) dTop = Wide{FormTop} - Normal.Top;
+    if (FormLeft != Normal.Left) dLeft = Wide{FormLeft} - Normal.Left;
   }
-  return {Normal.Left + dLeft, Normal.Top + dTop, Normal.Right + dLeft, Normal.Bottom + dTop,
-          ShowCmd};
+  return {Narrow(Normal.Left + dLeft), Narrow(Normal.Top + dTop), Narrow(Normal.Right + dLeft),
+          Narrow(Normal.Bottom + dTop), ShowCmd};
 }
 
 TRestoredBounds RestoreWindowBounds(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
                                     int MinWidth, int MinHeight, bool NotMin) {
-  int l = Rec.Left, t = Rec.Top, r = Rec.Right, b = Rec.Bottom;
+  Wide l = Rec.Left, t = Rec.Top, r = Rec.Right, b = Rec.Bottom;
   // Saved on a wider desktop or a taller monitor: start from the monitor's size.
-  if (r > Screen.DesktopWidth + 8) {
+  if (r > Wide{Screen.DesktopWidth} + 8) {
     r = Screen.MonitorWidth;
     if (!NotMin) l = 0;
   }
-  if (b > Screen.MonitorHeight + 8) {
+  if (b > Wide{Screen.MonitorHeight} + 8) {
     b = Screen.MonitorHeight;
     if (!NotMin) t = 0;
   }
-  int w = r - l;
-  int h = b - t;
+  Wide w = r - l;
+  Wide h = b - t;
   const ui::TRect& wa = Screen.PrimaryWorkArea;
   // A task bar at the top must not cover the caption.
-  if (t + 15 < wa.Top) t = wa.Top + 1;
+  if (t + 15 < wa.Top) t = Wide{wa.Top} + 1;
   if (l < Screen.DesktopLeft) l = wa.Left;
   if (l > Screen.DesktopWidth) l = wa.Left;
 
   const ui::TRect area = Screen.MonitorFound ? Screen.MonitorWorkArea : Screen.VirtualScreen;
-  w = std::max(w, std::max(MinWidth, 100));
-  h = std::max(h, std::max(MinHeight, 60));
-  w = std::min(w, area.Width());
-  h = std::min(h, area.Height());
-  l = std::max(l, area.Left);
-  t = std::max(t, area.Top);
+  w = std::max(w, Wide{std::max(MinWidth, 100)});
+  h = std::max(h, Wide{std::max(MinHeight, 60)});
+  // No wider than the work area, nor than an integer goes, however wide the area says it is.
+  w = std::min({w, Wide{area.Right} - area.Left, kIntMax});
+  h = std::min({h, Wide{area.Bottom} - area.Top, kIntMax});
+  l = std::max(l, Wide{area.Left});
+  t = std::max(t, Wide{area.Top});
   if (l + w > area.Right) l = area.Right - w;
   if (t + h > area.Bottom) t = area.Bottom - h;
   // The caption stays where the mouse can reach it.
-  if (t > area.Bottom - 40) t = area.Bottom - 40;
+  if (t > Wide{area.Bottom} - 40) t = Wide{area.Bottom} - 40;
   if (t < area.Top) t = area.Top;
-  return {l, t, w, h};
+  // Inside a work area all of this is an integer already; a work area that is none still
+  // gives bounds whose far edges are.
+  const int width = Narrow(w), height = Narrow(h);
+  return {NearEdge(l, width), NearEdge(t, height), width, height};
 }
 
-ui::TRect RestoreWindowCorner(const TWindowPosRecord& Rec, const TRestoreScreen& Screen) {
-  int l = Rec.Left, t = Rec.Top;
-  if (Rec.Right > Screen.DesktopWidth + 8) l = 0;
-  if (Rec.Bottom > Screen.MonitorHeight + 8) t = 0;
+ui::TRect RestoreWindowCorner(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
+                              int Width, int Height) {
+  Wide l = Rec.Left, t = Rec.Top;
+  if (Rec.Right > Wide{Screen.DesktopWidth} + 8) l = 0;
+  if (Rec.Bottom > Wide{Screen.MonitorHeight} + 8) t = 0;
   const ui::TRect& wa = Screen.PrimaryWorkArea;
-  if (t + 15 < wa.Top) t = wa.Top + 1;
+  if (t + 15 < wa.Top) t = Wide{wa.Top} + 1;
   if (l < Screen.DesktopLeft) l = wa.Left;
   if (l > Screen.DesktopWidth) l = wa.Left;
-  return {l, t, l, t};
+  return FormAt(l, t, Width, Height);
 }
 
-ui::TRect RestoreWindowCornerIni(const TWindowPosRecord& Rec, const TRestoreScreen& Screen) {
-  int l = Rec.Left, t = Rec.Top;
+ui::TRect RestoreWindowCornerIni(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
+                                 int Width, int Height) {
+  Wide l = Rec.Left, t = Rec.Top;
   const ui::TRect& wa = Screen.PrimaryWorkArea;
   // Saved relative to the work area.
   if (wa.Top > 0) t += wa.Top;
   if (wa.Left > 0) l += wa.Left;
-  if (t + 15 < wa.Top) t = wa.Top + 1;
+  if (t + 15 < wa.Top) t = Wide{wa.Top} + 1;
   if (l > Screen.PrimaryWidth) l = wa.Left;
-  return {l, t, l, t};
+  return FormAt(l, t, Width, Height);
 }
 
 TRestoreState RestoredWindowState(int ShowCmd, bool CornerOnly) {
@@ -124,6 +156,13 @@ std::u16string AppIniFolder(std::u16string_view IniName) {
 
 std::u16string DriveProbeFile(std::u16string_view Path) {
   return chkPath(Path.substr(0, std::min<std::size_t>(2, Path.size()))) + u"jjhhuu.ini";
+}
+
+std::u16string ProfileFilePath(std::u16string_view FileName, std::u16string_view WindowsFolder) {
+  const bool bare = FileName.find_first_of(u"\\/") == std::u16string_view::npos &&
+                    !(FileName.size() >= 2 && FileName[1] == u':');
+  if (!bare || FileName.empty()) return std::u16string(FileName);
+  return chkPath(WindowsFolder) + std::u16string(FileName);
 }
 
 std::u16string WritePosFailedText(std::u16string_view IniName) {

@@ -9,6 +9,11 @@
 // One settings file can so travel between machines and screens without a form opening
 // where no screen is.
 //
+// The record is text anybody can edit. A field that is no integer raises rtl::EConvertError;
+// any integers at all give a place: the rules count in 64 bits, and an edge that would
+// leave the integers stops just inside them, so "-2147483648^0^100^100^1^" restores like
+// any other record far off the screen.
+//
 // The rules (section names, record texts, where a saved window may go) are pure and build
 // everywhere; the routines on files and forms are in inisettings_win.cpp (windows build).
 #pragma once
@@ -74,12 +79,16 @@ struct TRestoredBounds {
 // beyond the desktop keeps its corner.
 TRestoredBounds RestoreWindowBounds(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
                                     int MinWidth, int MinHeight, bool NotMin);
-// The corner that RestoreWindowLeftTopPos gives the form (its size stays): the saved corner,
-// at the edge when the rectangle lies beyond the desktop, below a top work-area edge.
-ui::TRect RestoreWindowCorner(const TWindowPosRecord& Rec, const TRestoreScreen& Screen);
-// The corner of RestoreWindowLeftTopPosIni: the saved corner counted from the primary
-// work area. Only Left and Top of the answer count.
-ui::TRect RestoreWindowCornerIni(const TWindowPosRecord& Rec, const TRestoreScreen& Screen);
+// Where RestoreWindowLeftTopPos puts a form of Width x Height (its size stays): at the saved
+// corner, at the edge when the rectangle lies beyond the desktop, below a top work-area
+// edge. A corner so far out that the form's far edge would leave the integers comes back
+// just far enough for the edge to be one.
+ui::TRect RestoreWindowCorner(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
+                              int Width, int Height);
+// Where RestoreWindowLeftTopPosIni puts it: the saved corner counted from the primary work
+// area, with the same care for the far edge.
+ui::TRect RestoreWindowCornerIni(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
+                                 int Width, int Height);
 
 // The state a saved show command restores: 1 normal, 3 maximised; 2 normal in the full
 // restore (a form saved minimised comes back usable) but minimised in the corner-only
@@ -96,6 +105,12 @@ std::u16string AppIniFolder(std::u16string_view IniName);
 // The probe file of CanWriteAFile: the root of Path's drive, whatever folder Path names.
 //   DriveProbeFile(u"D:\\Daten\\x") == u"D:\\jjhhuu.ini"
 std::u16string DriveProbeFile(std::u16string_view Path);
+// The file the profile API means by FileName: a bare name (no folder, no drive) lies in
+// the Windows folder, any other name is the file it names. A probe deletes what it wrote
+// by this name, not by the bare one, which would name a file in the current folder.
+//   ProfileFilePath(u"IniTest", u"C:\\windows") == u"C:\\windows\\IniTest"
+//   ProfileFilePath(u"D:\\jjhhuu.ini", u"C:\\windows") == u"D:\\jjhhuu.ini"
+std::u16string ProfileFilePath(std::u16string_view FileName, std::u16string_view WindowsFolder);
 // What the save-position routines show when the file cannot be written.
 std::u16string WritePosFailedText(std::u16string_view IniName);
 

@@ -112,17 +112,23 @@ bool RestoreCornerFrom(ui::TCustomForm& Form, const std::u16string& value, bool 
   TWindowPosRecord rec;
   if (!ReadWindowPosValue(value, rec)) return false;
   const TRestoreScreen screen = ScreenAround(rec);
-  const ui::TRect corner =
-      simple ? RestoreWindowCornerIni(rec, screen) : RestoreWindowCorner(rec, screen);
-  Form.SetBounds(corner.Left, corner.Top, Form.Width(), Form.Height());
+  const ui::TRect bounds = simple ? RestoreWindowCornerIni(rec, screen, Form.Width(), Form.Height())
+                                  : RestoreWindowCorner(rec, screen, Form.Width(), Form.Height());
+  Form.SetBounds(bounds.Left, bounds.Top, bounds.Width(), bounds.Height());
   if (RestoreState) ApplyState(Form, RestoredWindowState(rec.ShowCmd, true));
   return true;
 }
 
-// The probe of the two write tests: one value written, the file removed again.
-bool CanWriteProbe(const std::u16string& file) {
+// The probe of the two write tests: one value written, the file removed again. A name
+// without a folder is written where the profile API keeps such names, and removed there.
+bool CanWriteProbe(const std::u16string& name) {
   bool result = false;
   try {
+    wchar_t windows[MAX_PATH] = {};
+    const UINT length = GetWindowsDirectoryW(windows, MAX_PATH);
+    const std::u16string file = ProfileFilePath(
+        name, std::u16string(reinterpret_cast<const char16_t*>(windows),
+                             length < MAX_PATH ? length : 0));
     {
       rtl::TIniFile ini(file);
       ini.WriteString(u"Optionen", u"Writing", u"Test");

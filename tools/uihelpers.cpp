@@ -42,11 +42,11 @@ std::u16string WrapTextForLabel(int Width, const TTextWidth& TextWidth,
 std::u16string FitStrLen(int MaxWidth, const TTextWidth& TextWidth, const std::u16string& Text) {
   std::u16string result = Text;
   if (TextWidth(result) <= MaxWidth) return result;
-  // Two pixels of air between the dots and whatever follows the text.
-  do {
-    if (TextWidth(result + u"...") <= MaxWidth - 2) break;
-    result.pop_back();
-  } while (!result.empty());
+  // Two pixels of air between the dots and whatever follows the text (counted wide: a
+  // width near the lowest integer has no room for them either).
+  const std::int64_t room = std::int64_t{MaxWidth} - 2;
+  // Down to nothing when not even the dots fit, an empty text included: "..." is left.
+  while (!result.empty() && TextWidth(result + u"...") > room) result.pop_back();
   return result + u"...";
 }
 
@@ -114,6 +114,14 @@ int GetSectionLeftPos(const std::vector<int>& Widths, int Index) {
 bool IsListBoxValid(int Count, int ItemIndex) { return Count >= 1 && ItemIndex != -1; }
 
 bool NoItemsAndNoSelection(int Count, int ItemIndex) { return Count == 0 || ItemIndex == -1; }
+
+int ListItemAtPoint(TPoint P, int ClientWidth, int ClientHeight, int TopIndex, int ItemHeight,
+                    int Count) {
+  if (P.X < 0 || P.Y < 0 || P.X >= ClientWidth || P.Y >= ClientHeight) return -1;
+  if (TopIndex < 0 || ItemHeight <= 0) return -1;
+  const std::int64_t index = std::int64_t{TopIndex} + P.Y / ItemHeight;
+  return index < Count ? static_cast<int>(index) : -1;
+}
 
 TPoint PopupPoint(int Left, int Top, int Height, int Flag) {
   return {Left, Flag != 0 ? Top - 1 : Top + Height + 1};

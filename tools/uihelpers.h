@@ -89,6 +89,14 @@ bool IsListBoxValid(int Count, int ItemIndex);
 // True when there are no lines, else when nothing is selected: the name's "and" is "or".
 bool NoItemsAndNoSelection(int Count, int ItemIndex);
 
+// The line of a list box at the client point P, from the top line's index and the line
+// height: -1 when P lies outside the ClientWidth x ClientHeight client area (whatever
+// lines are scrolled away there), below the last of Count lines, or when the window
+// refused the top index or the height (LB_ERR, 0).
+//   16-pixel lines from line 20, P = (5, 40)  ->  22
+int ListItemAtPoint(TPoint P, int ClientWidth, int ClientHeight, int TopIndex, int ItemHeight,
+                    int Count);
+
 // Where a popup menu opens for a control at Left/Top of height Height, in the parent's
 // client coordinates: one pixel above its top when Flag is non-zero (the menu's top left
 // corner there), else one pixel below its bottom.

@@ -19,6 +19,12 @@ namespace Qm_tools {
 
 namespace {
 
+// The list box's window for a const reader, as its own members reach it.
+class TListBoxCracker : public ui::TListBox {
+ public:
+  using ui::TListBox::Window;
+};
+
 TTextWidth MeasureIn(const ui::TCanvas& canvas) {
   return [&canvas](const std::u16string& text) { return canvas.TextWidth(text); };
 }
@@ -164,9 +170,22 @@ bool NoItemsAndNoSelection(const ui::TListBox& LB) {
   return NoItemsAndNoSelection(LB.Count(), LB.ItemIndex());
 }
 
-int FindLbIdx(const ui::TListBox& LB, int X, int Y) { return LB.ItemAtPos({X, Y}, true); }
+int FindLbIdx(const ui::TListBox& LB, int X, int Y) {
+  // Without a window no line shows.
+  if (!LB.HandleAllocated()) return -1;
+  HWND (ui::TListBox::*window)() const = &TListBoxCracker::Window;
+  const HWND list = (LB.*window)();
+  RECT client{};
+  GetClientRect(list, &client);
+  // Outside the client area without asking the list: its lines go on below the box.
+  if (X < client.left || Y < client.top || X >= client.right || Y >= client.bottom) return -1;
+  // The lines of this list box are all as high as the first.
+  return ListItemAtPoint({X, Y}, client.right, client.bottom,
+                         static_cast<int>(SendMessageW(list, LB_GETTOPINDEX, 0, 0)),
+                         static_cast<int>(SendMessageW(list, LB_GETITEMHEIGHT, 0, 0)), LB.Count());
+}
 
-int FindcLbIdx(const ui::TCheckListBox& LB, int X, int Y) { return LB.ItemAtPos({X, Y}, true); }
+int FindcLbIdx(const ui::TCheckListBox& LB, int X, int Y) { return FindLbIdx(LB, X, Y); }
 
 std::u16string ColorToHtml(TColor Color) { return RgbToHtml(ui::ColorToRGB(Color)); }
 
