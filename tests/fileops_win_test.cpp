@@ -102,6 +102,15 @@ TEST_F(FileOpsWin, MoveAcrossFoldersKeepsContentAndAttributes) {
   EXPECT_EQ(ReadBytes(In(u"b\\c\\m.txt")), "moved");
   EXPECT_EQ(Attributes(In(u"b\\c\\m.txt")) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN),
             static_cast<DWORD>(FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN));
+  // Where the rename fails (Dest is there), the copy is made; a read-only Source cannot be
+  // deleted, so the move fails and the Source stays.
+  WriteBytes(In(u"a\\r.txt"), "kept");
+  SetFileAttributesW(W(In(u"a\\r.txt")), FILE_ATTRIBUTE_READONLY);
+  WriteBytes(In(u"b\\r.txt"), "old");
+  EXPECT_FALSE(qm_MoveFile(In(u"a\\r.txt"), In(u"b\\r.txt")));
+  EXPECT_EQ(ReadBytes(In(u"a\\r.txt")), "kept");
+  EXPECT_EQ(ReadBytes(In(u"b\\r.txt")), "kept");
+  SetFileAttributesW(W(In(u"a\\r.txt")), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(FileOpsWin, WriteProtectionAndHiddenAttribute) {
@@ -155,6 +164,8 @@ TEST_F(FileOpsWin, SizesAndAnsiText) {
   EXPECT_EQ(qm_GetFileSize(In(u"ansi.txt")), 7);
   SaveAnsiStringToFile(u"ab", In(u"ansi.txt"));
   EXPECT_EQ(qm_GetFileSize(In(u"ansi.txt")), 2) << "replaced";
+  EXPECT_NO_THROW(SaveAnsiStringToFile(u"x", In(u"no\\such\\a.txt"))) << "not reported";
+  EXPECT_EQ(qm_GetFileSize(In(u"no\\such\\a.txt")), -1);
   EXPECT_EQ(qm_GetFileSize(In(u"missing.txt")), -1);
 }
 

@@ -26,7 +26,9 @@ TEST(PathsSlashes, TrailingBackslashesAndParents) {
   EXPECT_EQ(prevDir(u"C:\\a"), u"C:");
   EXPECT_EQ(prevDir(u"C:\\"), u"") << "the only backslash is the last character";
   EXPECT_EQ(prevDir(u""), u"");
-  EXPECT_EQ(prevDir(u"abc"), u"abc");
+  EXPECT_EQ(prevDir(u"abc"), u"") << "no backslash: everything is dropped";
+  EXPECT_EQ(prevDir(u"C:"), u"");
+  EXPECT_EQ(prevDir(std::u16string(300, u'x') + u"\\y"), u"") << "none in the first 255";
   // Only the first 255 characters count.
   const std::u16string deep = u"C:\\" + std::u16string(260, u'x') + u"\\y";
   EXPECT_EQ(prevDir(deep), u"C:");
@@ -93,6 +95,7 @@ TEST(PathsExpansion, ShortComponentsTakeTheirDisplayNames) {
     asked += partial + u"|";
     if (partial == u"C:\\PROGRA~1") return u"Program Files";
     if (partial == u"C:\\PROGRA~1\\NOXDES~1") return u"Noxdesk Tools";
+    if (partial == u"NOXD~JC1") return u"Noxdesk Data";
     return u"";
   };
   EXPECT_EQ(ExpandedFilename(u"C:\\PROGRA~1\\NOXDES~1\\a.txt", shell),
@@ -100,6 +103,8 @@ TEST(PathsExpansion, ShortComponentsTakeTheirDisplayNames) {
   EXPECT_EQ(asked, u"C:\\PROGRA~1|C:\\PROGRA~1\\NOXDES~1|C:\\PROGRA~1\\NOXDES~1\\a.txt|")
       << "every partial path after the first '~' is asked";
   EXPECT_EQ(ExpandedFilename(u"C:\\GONE~1\\x", shell), u"C:\\GONE~1\\x");
+  EXPECT_EQ(ExpandedFilename(u"NOXD~JC1\\x.txt", shell), u"Noxdesk Data\\x.txt")
+      << "a relative name's first field is asked too";
   EXPECT_EQ(ExpandedFilename(u"C:\\plain\\x\\", shell), u"C:\\plain\\x");
   asked.clear();
   EXPECT_EQ(ExpandedFilename(u"\\\\srv\\PROGRA~1", shell), u"\\\\srv\\PROGRA~1");

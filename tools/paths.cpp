@@ -23,13 +23,10 @@ std::u16string RemoveSlash(std::u16string_view Path) {
 std::u16string prevDir(std::u16string_view Path) {
   std::u16string_view p = Path.substr(0, 255);
   // A final backslash does not count: the cut is at the one before it.
+  // Without such a backslash everything goes: "abc" and "C:" give "", as C:\ does.
   if (p.empty()) return {};
   const size_t at = p.substr(0, p.size() - 1).rfind(u'\\');
-  if (at == std::u16string_view::npos) {
-    // No inner backslash: everything goes when the only one is the last character.
-    return p.back() == u'\\' ? std::u16string() : std::u16string(p);
-  }
-  return std::u16string(p.substr(0, at));
+  return at == std::u16string_view::npos ? std::u16string() : std::u16string(p.substr(0, at));
 }
 
 std::u16string GetValidDataDir(std::u16string_view Dir, std::u16string_view Alternative) {
@@ -128,16 +125,15 @@ std::u16string ExpandedFilename(
   std::u16string partial;
   size_t start = 0;
   bool first = true;
-  // Field by field, as split at '\'.
+  // Field by field, as split at '\'; the first field too, so that a relative short name
+  // (NOXD~JC1\x.txt) is expanded.
   for (;;) {
     const size_t end = FileName.find(u'\\', start);
     const std::u16string field(FileName.substr(start, end == std::u16string_view::npos
                                                           ? std::u16string_view::npos
                                                           : end - start));
     partial = first ? field : partial + u'\\' + field;
-    if (first) {
-      result = field;
-    } else if (partial.find(u'~') != std::u16string::npos) {
+    if (partial.find(u'~') != std::u16string::npos) {
       const std::u16string name = displayName(partial);
       result = chkPath(result) + (name.empty() ? field : name);
     } else {

@@ -18,7 +18,8 @@ std::u16string chkPath(std::u16string_view Path);
 // Path without one trailing backslash.
 std::u16string RemoveSlash(std::u16string_view Path);
 // The parent folder without trailing backslash, from the first 255 characters: C:\a\b\ and
-// C:\a\b give C:\a; C:\a gives C:; C:\ gives "".
+// C:\a\b give C:\a; C:\a gives C:; C:\, C: and abc give "" (everything up to the last
+// backslash that is not the final character is dropped, and without one everything is).
 std::u16string prevDir(std::u16string_view Path);
 
 // Dir, or Alternative when Dir (any case) lies under "c:\programme" or "c:\program files".

@@ -123,12 +123,32 @@ std::u16string TimerTextOf(std::int64_t start, std::int64_t stop, std::int64_t f
                                                static_cast<std::uint64_t>(start));
   const double ms =
       frequency == 0 ? 0.0 : static_cast<double>(ticks) / static_cast<double>(frequency) * 1000;
-  char buffer[400];  // room for the six decimals of the largest double
+  // The framework's "%f" has two decimals, rounded half away from zero on the decimal
+  // digits: written with more decimals first, then rounded by hand.
+  char buffer[400];  // room for twenty decimals of the largest double
   const auto [end, ec] =
-      std::to_chars(buffer, buffer + sizeof buffer, ms, std::chars_format::fixed, 6);
-  std::u16string text(buffer, ec == std::errc() ? end : buffer);
-  for (char16_t& c : text)
-    if (c == u'.') c = decimalSeparator;
+      std::to_chars(buffer, buffer + sizeof buffer, ms, std::chars_format::fixed, 20);
+  std::string digits(buffer, ec == std::errc() ? end : buffer);
+  const bool negative = !digits.empty() && digits[0] == '-';
+  if (negative) digits.erase(0, 1);
+  const std::size_t point = digits.find('.');
+  if (point == std::string::npos) return u"0" + std::u16string(1, decimalSeparator) + u"00 ms";
+  const bool up = digits.size() > point + 3 && digits[point + 3] >= '5';
+  digits.resize(point + 3);
+  digits.erase(point, 1);
+  // Carry the rounding through the digits; a carry out of the first adds a digit.
+  for (std::size_t i = digits.size(); up && i-- > 0;) {
+    if (digits[i] != '9') {
+      ++digits[i];
+      break;
+    }
+    digits[i] = '0';
+    if (i == 0) digits.insert(0, 1, '1');
+  }
+  std::u16string text = negative && digits.find_first_not_of('0') != std::string::npos ? u"-" : u"";
+  text.append(digits.begin(), digits.end() - 2);
+  text += decimalSeparator;
+  text.append(digits.end() - 2, digits.end());
   return text + u" ms";
 }
 

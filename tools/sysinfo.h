@@ -68,9 +68,10 @@ std::u16string WindowsVersionOf(const TVersionQuery& query, bool ok);
 // Platform 1, not a 4.x with minor other than 0, and a build (low word) above 1000.
 bool IsWin95OSR2Of(const TVersionQuery& query);
 
-// "%f ms" of (stop - start) / frequency * 1000: six decimals after `decimalSeparator`.
-// A frequency of 0 (the stopwatch was never started) reads as 0 ms.
-//   TimerTextOf(0, 1234567, 1000000, u',') == u"1234,567000 ms"
+// "%f ms" of (stop - start) / frequency * 1000 as the framework formats it: two decimals
+// after `decimalSeparator`, rounded half away from zero. A frequency of 0 (the stopwatch
+// was never started) reads as 0 ms.
+//   TimerTextOf(0, 1234567, 1000000, u',') == u"1234,57 ms"
 std::u16string TimerTextOf(std::int64_t start, std::int64_t stop, std::int64_t frequency,
                            char16_t decimalSeparator);
 

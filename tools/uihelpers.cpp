@@ -27,14 +27,16 @@ std::u16string WrapTextForLabel(int Width, const TTextWidth& TextWidth,
   if (Text.empty() || Text.find(u' ') != std::u16string::npos) return Text;
   std::u16string result;
   size_t start = 0;  // the characters before it are placed
+  // The companion program wraps its labels by the same steps, so their two oddities stay:
+  // a last character that overflows is dropped with the line it would open, and a
+  // character wider than the label is preceded by an empty line.
   for (size_t i = 1; i <= Text.size(); ++i) {
-    // A character too wide on its own is not preceded by an empty line.
-    if (i - start > 1 && TextWidth(Text.substr(start, i - start)) > Width) {
+    if (TextWidth(Text.substr(start, i - start)) > Width) {
       result.append(Text, start, i - 1 - start).append(u"\r\n");
       start = i - 1;
+    } else if (i == Text.size()) {
+      result.append(Text, start);
     }
-    // The last line is whatever is left, also when the last character opened it.
-    if (i == Text.size()) result.append(Text, start);
   }
   return result;
 }

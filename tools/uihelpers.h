@@ -44,9 +44,12 @@ using TTextWidth = std::function<int(const std::u16string& text)>;
 // ---- Pure rules ---------------------------------------------------------------------------
 
 // A text without spaces broken into lines (CR LF) whose width stays within Width; a text
-// with a space comes back unchanged, since a word-wrapping label breaks it itself. A
-// single character wider than Width still makes a line of its own.
+// with a space comes back unchanged, since a word-wrapping label breaks it itself. When
+// the last character overflows, the line it would open is not written; a character wider
+// than Width is preceded by an empty line.
 //   "abcdef" with 3 pixels a character and Width 10  ->  "abc\r\ndef"
+//   "abcd"                                          ->  "abc\r\n"
+//   "ab" with Width 2                                ->  "\r\na\r\n"
 std::u16string WrapTextForLabel(int Width, const TTextWidth& TextWidth, const std::u16string& Text);
 
 // Text that fits within MaxWidth as it is; otherwise cut from the end until it with "..."
