@@ -40,15 +40,19 @@ int MessageDlgEx(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons 
   if (const TDlgPresenter& presenter = CurrentDlgPresenter())
     return presenter(Msg, DlgType, Buttons, HelpCtx);
   const TDlgSettings& s = StdDlgSettings;
-  const TDialogPlan plan = PlanDialog(Msg, DlgType, Buttons, HelpCtx, s, rtl::GetModuleName(nullptr));
-
+  // The word lists take the language of the moment; the rest of the settings (caption bar
+  // text and colours alike) are read once the waiting messages are handled.
+  const int lang = s.lang;
   rtl::TStringList keys;
   rtl::TStringList captions;
   FillWordList(keys, ButtonKeys);
-  FillCaptionList(captions, s.lang);
+  FillCaptionList(captions, lang);
   const TCurrentDialog outer;
 
   ui::Application->ProcessMessages();
+  TDlgSettings now = s;
+  now.lang = lang;
+  const TDialogPlan plan = PlanDialog(Msg, DlgType, Buttons, HelpCtx, now, rtl::GetModuleName(nullptr));
   auto form = std::make_unique<TF_MsgDlg>(nullptr);
   F_MsgDlg = form.get();
   DlgButtons = new rtl::TStringList;

@@ -91,10 +91,9 @@ TEST(DialogPlanHeader, KindGivesWordAndGlyph) {
     int glyph;
   };
   const Case cases[] = {
-      {mtWarning, 1, u"Warnung !", 0},      {mtWarning, 2, u"Warning !", 0},
-      {mtConfirmation, 1, u"Bestätigung", 1},  {mtConfirmation, 2, u"Confirmation", 1},
-      {mtInformation, 1, u"Information", 2},
-      {mtError, 1, u"Fehler", 3},           {mtCustom, 1, u"", -1},
+      {mtWarning, 2, u"Warning !", 0},       {mtConfirmation, 2, u"Confirmation", 1},
+      {mtInformation, 2, u"Information", 2}, {mtError, 2, u"Error", 3},
+      {mtCustom, 1, u"", -1},
   };
   for (const auto& c : cases) {
     TDialogPlan plan = Plan(c.type, {mbOK}, c.lang);

@@ -1,8 +1,10 @@
 // The message dialog on real windows: each test shows a dialog with MessageDlgEx (or one of
 // the routines leading to it) and drives it from a thread timer with the window messages a
-// user's keyboard and mouse would send, while the dialog runs its modal loop.
+// user's keyboard and mouse would send, while the dialog runs its modal loop. What the user
+// sees is read from the windows: their pixels and their places on the screen.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,9 +12,11 @@
 
 #include "dialog/QMMessageDlgVCL.h"
 #include "dialog/msgdlg_form.h"
+#include "rtl/handles.h"
 #include "rtl/messaging.h"
 #include "rtl/sysutils.h"
 #include "ui/application.h"
+#include "ui/appevnts.h"
 #include "ui/clipbrd.h"
 
 namespace {
@@ -97,18 +101,66 @@ TStep Key(WORD key) { return Post(MessageArea, WM_KEYDOWN, key); }
 TStep KeyUp(WORD key) { return Post(MessageArea, WM_KEYUP, key, 0xC0000001); }
 TStep Char(char16_t c) { return Post(MessageArea, WM_CHAR, c); }
 
-// Which buttons of the row show their marking frame.
+// What a window of the dialog shows on the screen, once the dialog's pending painting is
+// done.
+class TOnScreen {
+ public:
+  explicit TOnScreen(HWND window) : window_(window) {
+    RedrawWindow(GetAncestor(window, GA_ROOT), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    GetClientRect(window, &client_);
+    dc_ = GetDC(window);
+  }
+  ~TOnScreen() { ReleaseDC(window_, dc_); }
+  TOnScreen(const TOnScreen&) = delete;
+  TOnScreen& operator=(const TOnScreen&) = delete;
+
+  int Width() const { return client_.right; }
+  int Height() const { return client_.bottom; }
+  TColor At(int x, int y) const { return static_cast<TColor>(GetPixel(dc_, x, y)); }
+  std::vector<TColor> Area(int left, int top, int width, int height) const {
+    std::vector<TColor> pixels;
+    for (int y = top; y < top + height; ++y)
+      for (int x = left; x < left + width; ++x) pixels.push_back(At(x, y));
+    return pixels;
+  }
+  int Count(TColor colour) const {
+    const std::vector<TColor> all = Area(0, 0, Width(), Height());
+    return static_cast<int>(std::count(all.begin(), all.end(), colour));
+  }
+  // The length of each line of writing on the white ground, top to bottom, from its first
+  // to its last coloured column; a line is a run of rows with anything but white.
+  std::vector<int> LineLengths() const {
+    std::vector<int> lengths;
+    int first = Width(), last = -1;
+    for (int y = 0; y < Height(); ++y) {
+      bool ink = false;
+      for (int x = 0; x < Width(); ++x)
+        if (At(x, y) != clWhite) ink = true, first = std::min(first, x), last = std::max(last, x);
+      if (ink || last < 0) continue;
+      lengths.push_back(last - first + 1);
+      first = Width(), last = -1;
+    }
+    return lengths;
+  }
+
+ private:
+  static constexpr TColor clWhite = 0x00FFFFFF;
+  HWND window_;
+  RECT client_{};
+  HDC dc_ = nullptr;
+};
+
+// Which buttons of the row show their marking frame: each edge in the stroke colour.
 std::vector<bool> Marked() {
   std::vector<bool> marked;
   for (int i = 0; i < DlgButtons->Count(); ++i) {
-    ui::TPanel* button = F_MsgDlg->ButtonAt(i);
-    bool any = false, all = true;
-    for (int c = 0; c < button->ControlCount(); ++c) {
-      any = any || button->Controls(c)->Visible();
-      all = all && button->Controls(c)->Visible();
-    }
-    EXPECT_EQ(any, all) << "a marking frame shown in part";
-    marked.push_back(all);
+    const TOnScreen button(F_MsgDlg->ButtonAt(i)->Handle());
+    const int w = button.Width(), h = button.Height();
+    int edges = 0;
+    for (const POINT p : {POINT{1, h / 2}, {w - 2, h / 2}, {w / 2, 1}, {w / 2, h - 2}})
+      edges += button.At(p.x, p.y) == StdDlgSettings.btnStrokeColor;
+    EXPECT_TRUE(edges == 0 || edges == 4) << "a marking frame shown in part";
+    marked.push_back(edges == 4);
   }
   return marked;
 }
@@ -183,17 +235,17 @@ TEST_F(DialogTest, AcceleratorLettersSelectWithoutPressing) {
 
 TEST_F(DialogTest, ButtonsColourUnderTheMouseAndClickWithTheirResult) {
   auto buttonWindow = [] { return Dialog()->ButtonAt(1)->Handle(); };
+  auto shows = [&] { return TOnScreen(buttonWindow()).At(8, 8); };
   const int result =
       Run(mtConfirmation, {mbYes, mbNo},
           {Shown(), Check([&] {
-             ui::TPanel* no = Dialog()->ButtonAt(1);
-             EXPECT_EQ(no->Color, StdDlgSettings.btnColor);
+             EXPECT_EQ(shows(), 0x004B4E4F);
              SendMessageW(buttonWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(10, 10));
-             EXPECT_EQ(no->Color, 0x0000A5FF);
+             EXPECT_EQ(shows(), 0x0000A5FF) << "orange under the mouse, whatever the settings";
              SendMessageW(buttonWindow(), WM_MOUSELEAVE, 0, 0);
-             EXPECT_EQ(no->Color, StdDlgSettings.btnColor);
+             EXPECT_EQ(shows(), 0x004B4E4F);
              SendMessageW(buttonWindow(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
-             EXPECT_EQ(no->Color, StdDlgSettings.btnClickColor);
+             EXPECT_EQ(shows(), 0x0060A4F4);
              EXPECT_EQ(Dialog()->ModalResult, 0);
            }),
            Post(buttonWindow, WM_LBUTTONUP, 0, MAKELPARAM(10, 10))});
@@ -249,7 +301,7 @@ TEST_F(DialogTest, CopyItemPutsTheMessageAsShownOnTheClipboard) {
   EXPECT_EQ(ui::Clipboard().AsText(), u"Zeile 1\r\nZeile 2 mit Ä\r\n\r\n ");
 }
 
-TEST_F(DialogTest, MessageBoxMapsFlagsToKindButtonsAndResult) {
+TEST_F(DialogTest, MessageBoxShowsItsFlagsKindAndButtonsAndReturnsTheResult) {
   auto box = [](UINT flags) {
     return [flags] { return MessageBox(nullptr, L"Weiter?", L"ignored", flags); };
   };
@@ -257,18 +309,10 @@ TEST_F(DialogTest, MessageBoxMapsFlagsToKindButtonsAndResult) {
                 {Shown(), Check([] {
                    EXPECT_EQ(Dialog()->lbInfo->Caption(), u"Bestätigung");
                    EXPECT_EQ(Captions(), (std::vector<std::u16string>{u"&Ja", u"&Nein"}));
-                   EXPECT_FALSE(Dialog()->bnOK->Visible());
+                   EXPECT_FALSE(IsWindowVisible(Dialog()->bnOK->Handle()));
                  }),
-                 Key(VK_RETURN)}),
-            IDYES);
-  EXPECT_EQ(Run(box(0x24), {Shown(), KeyUp(VK_TAB), Key(VK_RETURN)}), IDNO);
-  EXPECT_EQ(Run(box(0x06),
-                {Shown(), Check([] {
-                   EXPECT_EQ(Captions(), (std::vector<std::u16string>{u"O&K"}));
-                   EXPECT_TRUE(Dialog()->bnOK->Visible());
-                 }),
-                 Key(VK_RETURN)}),
-            IDOK);
+                 KeyUp(VK_TAB), Key(VK_RETURN)}),
+            IDNO);
   // English words; a kind without an icon keeps the header the form was designed with.
   StdDlgSettings.lang = 2;
   EXPECT_EQ(Run(box(0x03),
@@ -283,25 +327,107 @@ TEST_F(DialogTest, MessageBoxMapsFlagsToKindButtonsAndResult) {
 
 TEST_F(DialogTest, DialogTakesItsLookFromTheSettings) {
   StdDlgSettings.DialogCaptionText = u"Noxdesk";
-  StdDlgSettings.btnColor = 0x00112233;
+  StdDlgSettings.DialogCaptionColor = 0x00203040;
   StdDlgSettings.HeadBack = 0x00445566;
+  StdDlgSettings.btnColor = 0x00112233;
+  StdDlgSettings.btnStrokeColor = 0x0000C0C0;
+  StdDlgSettings.MsgTextColor = 0x000000C0;
   Run(mtWarning, {mbYes, mbNo},
       {Shown(), Check([] {
          TF_MsgDlg* d = Dialog();
          EXPECT_EQ(d->lblCaption->Caption(), u"Noxdesk");
          EXPECT_EQ(d->Caption(), u"win_tests");
-         EXPECT_EQ(d->lbInfo->Caption(), u"Warnung !");
-         EXPECT_EQ(d->lbText->Caption(), u"Eine Meldung\r\n\r\n ");
-         EXPECT_EQ(d->RecHeader->Color, 0x00445566);
-         EXPECT_EQ(d->ButtonAt(0)->Color, 0x00112233);
-         EXPECT_EQ(d->ButtonAt(0)->Width(), 130) << "a short caption still gets 130 pixels";
          EXPECT_TRUE(GetWindowLongW(FormWindow(), GWL_EXSTYLE) & WS_EX_TOPMOST);
          EXPECT_FALSE(GetWindowLongW(FormWindow(), GWL_STYLE) & (WS_CAPTION | WS_THICKFRAME));
-         // The row: the template OK button hidden, "yes" then "no" from the left.
-         EXPECT_LT(d->ButtonAt(0)->Left(), d->ButtonAt(1)->Left());
-         EXPECT_EQ(d->ButtonAt(0)->Left(), 15 + 1);  // its margin, inside the row's bevel
+         struct Spot {
+           const char* what;
+           HWND window;
+           int x, y;
+           TColor colour;
+         };
+         const Spot spots[] = {
+             {"caption bar", d->RecCaption->Handle(), 2, 2, 0x00203040},
+             {"header strip", d->RecHeader->Handle(), 5, 5, 0x00445566},
+             {"button", d->ButtonAt(1)->Handle(), 8, 8, 0x00112233},
+         };
+         for (const Spot& s : spots)
+           EXPECT_EQ(TOnScreen(s.window).At(s.x, s.y), s.colour) << s.what;
+         EXPECT_EQ(Marked(), (std::vector{true, false})) << "the frame in the stroke colour";
+         EXPECT_GT(TOnScreen(MessageArea()).Count(0x000000C0), 0) << "the message's colour";
        }),
        Key(VK_RETURN)});
+}
+
+TEST_F(DialogTest, HeaderShowsTheWordAndGlyphOfTheKind) {
+  struct Case {
+    const char* what;
+    std::function<void()> show;
+    std::u16string word;
+  };
+  auto dlg = [](TMsgDlgType type) { return [type] { MessageDlgEx(u"m", type, {mbOK}, 0); }; };
+  const Case cases[] = {
+      {"warning", dlg(mtWarning), u"Warnung !"},
+      {"error", dlg(mtError), u"Fehler"},
+      {"confirmation", dlg(mtConfirmation), u"Bestätigung"},
+      {"information", dlg(mtInformation), u"Information"},
+      {"ShowMessage", [] { ShowMessage(u"m"); }, u"Information"},
+      {"ShowMessageEx", [] { ShowMessageEx(u"m", 0, false); }, u"Information"},
+  };
+  std::vector<std::vector<TColor>> glyphs;
+  for (const Case& c : cases)
+    Run([&] { c.show(); return 0; },
+        {Shown(), Check([&] {
+           EXPECT_EQ(Dialog()->lbInfo->Caption(), c.word) << c.what;
+           glyphs.push_back(TOnScreen(Dialog()->RecHeader->Handle()).Area(16, 20, 32, 32));
+         }),
+         Key(VK_RETURN)});
+  ASSERT_EQ(glyphs.size(), 6u);
+  // Each kind its own glyph, and the information glyph for both ShowMessage routines.
+  for (size_t i = 0; i < 4; ++i)
+    for (size_t j = 0; j < i; ++j)
+      EXPECT_TRUE(glyphs[i] != glyphs[j]) << cases[i].what << " looks like " << cases[j].what;
+  for (size_t i : {4, 5}) EXPECT_TRUE(glyphs[i] == glyphs[3]) << cases[i].what;
+}
+
+TEST_F(DialogTest, ButtonsLineUpAtLeast130WideOrTheirCaptionPlus30) {
+  // In the form's font (Segoe UI, 12 pixels) this caption is wider than 100 pixels.
+  const std::u16string longCaption = u"Alle Dateien &überschreiben";
+  rtl::TStringList keys, captions;
+  keys.Add(u"overwrite");
+  captions.Add(longCaption);
+  std::vector<RECT> row;
+  Run(mtConfirmation, {mbOK, mbYes, mbNo},
+      {Shown(), Check([&] { Dialog()->CreateButton(u"overwrite", mrAll, captions, keys); }),
+       Check([&] {
+         for (int i = 0; i < DlgButtons->Count(); ++i) {
+           RECT r{};
+           GetWindowRect(Dialog()->ButtonAt(i)->Handle(), &r);
+           MapWindowPoints(nullptr, Dialog()->Layout1->Handle(), reinterpret_cast<POINT*>(&r), 2);
+           row.push_back(r);
+         }
+       }),
+       Key(VK_RETURN)});
+
+  const rtl::unique_hfont font(CreateFontW(-12, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                                           DEFAULT_CHARSET, 0, 0, 0, 0, L"Segoe UI"));
+  const rtl::unique_screen_dc dc(GetDC(nullptr));
+  const rtl::select_object selected(dc.get(), font.get());
+  SIZE caption{};
+  GetTextExtentPoint32W(dc.get(), reinterpret_cast<const wchar_t*>(longCaption.c_str()),
+                        static_cast<int>(longCaption.size()), &caption);
+  ASSERT_GT(caption.cx, 100);
+
+  // The template OK button keeps its designed 106; short captions get 130.
+  const std::vector<int> widths{106, 130, 130, static_cast<int>(caption.cx) + 30};
+  ASSERT_EQ(row.size(), widths.size());
+  int left = 1 + 15;  // inside the row's bevel, after the button's margin
+  for (size_t i = 0; i < row.size(); ++i) {
+    EXPECT_EQ(row[i].left, left) << i;
+    EXPECT_EQ(row[i].right - row[i].left, widths[i]) << i;
+    EXPECT_EQ(row[i].top, 1 + 10) << i;
+    EXPECT_EQ(row[i].bottom - row[i].top, 35) << i;
+    left = row[i].right + 2 + 15;
+  }
 }
 
 TEST_F(DialogTest, FormGrowsWithTheMessageUpToTheAllowance) {
@@ -338,21 +464,27 @@ TEST_F(DialogTest, FormGrowsWithTheMessageUpToTheAllowance) {
 }
 
 TEST_F(DialogTest, FixedFontShowsUnwrappedAndStaysAsTheCallerChose) {
+  // In a fixed-pitch font twenty narrow letters take as much room as twenty wide ones.
+  const std::u16string narrowAndWide = u"llllllllllllllllllll\r\nMMMMMMMMMMMMMMMMMMMM\r\n";
   std::u16string line(300, u'x');
   bool wrapped = true;
   std::u16string fontName;
+  std::vector<int> lengths;
   Run([&] {
-        ShowMessageEx(line, 0, true);
+        ShowMessageEx(narrowAndWide + line, 0, true);
         return 0;
       },
       {Shown(), Check([&] {
          wrapped = Dialog()->lbText->WordWrap();
          fontName = Dialog()->lbText->Font.Name;
          EXPECT_GT(Dialog()->lbText->Width(), Dialog()->VertScrollBox1->ClientWidth());
+         lengths = TOnScreen(MessageArea()).LineLengths();
        }),
        Key(VK_RETURN)});
   EXPECT_FALSE(wrapped);
   EXPECT_EQ(fontName, u"Courier New");
+  ASSERT_GE(lengths.size(), 2u);
+  EXPECT_GT(lengths[0] * 10, lengths[1] * 9) << "narrow letters take less room than wide ones";
   EXPECT_TRUE(StdDlgSettings.UseFixedFont) << "AutoResetFixedFont is not acted on";
   Run([&] {
         ShowMessageEx(line, 0, false);
@@ -362,35 +494,43 @@ TEST_F(DialogTest, FixedFontShowsUnwrappedAndStaysAsTheCallerChose) {
   EXPECT_FALSE(StdDlgSettings.UseFixedFont);
 }
 
-TEST_F(DialogTest, ModalLoopDisablesTheOtherWindowsAndGivesThemBack) {
+TEST_F(DialogTest, ModalLoopComesAfterWaitingMessagesAndDisablesTheOtherWindows) {
   ui::TForm owner(nullptr);
   owner.BorderStyle = ui::bsNone;
   owner.Position = ui::poDesigned;
   owner.SetBounds(100, 100, 800, 600);
   owner.Show();
   SetActiveWindow(owner.Handle());
+  // A message already waiting when the dialog is asked for is handled before it is made,
+  // and what it changes in the settings shows: the caption bar's text as its colours.
+  ui::TApplicationEvents events(nullptr);
+  bool dialogBeforeWaitingMessage = true;
+  const std::u16string captionBefore = StdDlgSettings.DialogCaptionText;
+  StdDlgSettings.DialogCaptionText = u"Alt";
+  events.OnMessage = [&](MSG& m, bool&) {
+    if (m.message != WM_APP + 1) return;
+    dialogBeforeWaitingMessage = F_MsgDlg != nullptr;
+    StdDlgSettings.DialogCaptionText = u"Neu";
+  };
+  F_MsgDlg = nullptr;
+  PostMessageW(owner.Handle(), WM_APP + 1, 0, 0);
   bool enabledDuring = true;
   RECT dialogRect{};
   bool ownedByForm = false;
-  std::u16string helpMessage;
-  const int subscription =
-      rtl::TMessageManager::DefaultManager().SubscribeToMessage<rtl::TMessage<std::u16string>>(
-          [&](const rtl::TObject*, const rtl::TMessageBase& m) {
-            helpMessage = static_cast<const rtl::TMessage<std::u16string>&>(m).Value();
-          });
+  std::u16string captionShown;
   const int result = Run(
-      [] { return MessageDlg(u"Hilfe?", mtInformation, {mbOK, mbHelp}, 120); },
+      [] { return MessageDlg(u"Weiter?", mtInformation, {mbOK}, 0); },
       {Shown(), Check([&] {
+         captionShown = F_MsgDlg->lblCaption->Caption();
          enabledDuring = IsWindowEnabled(owner.Handle());
          GetWindowRect(FormWindow(), &dialogRect);
          ownedByForm = GetWindow(FormWindow(), GW_OWNER) == owner.Handle();
-         EXPECT_EQ(DlgButtons->Count(), 1) << "mbHelp makes no button";
-         Dialog()->bnSendHelpMessageClick(Dialog()->bnOK);
-         EXPECT_EQ(Dialog()->ModalResult, 0) << "the help request closed the dialog";
        }),
        Key(VK_RETURN)});
-  rtl::TMessageManager::DefaultManager().Unsubscribe(subscription);
+  StdDlgSettings.DialogCaptionText = captionBefore;
   EXPECT_EQ(result, mrOk);
+  EXPECT_FALSE(dialogBeforeWaitingMessage);
+  EXPECT_EQ(captionShown, u"Neu");
   EXPECT_FALSE(enabledDuring);
   // Centred on the window it was shown over, when the system let that window be active
   // (without a window manager it may not).
@@ -399,9 +539,39 @@ TEST_F(DialogTest, ModalLoopDisablesTheOtherWindowsAndGivesThemBack) {
     EXPECT_NEAR((dialogRect.top + dialogRect.bottom) / 2, 100 + 300, 1);
   }
   EXPECT_TRUE(IsWindowEnabled(owner.Handle()));
-  EXPECT_EQ(helpMessage, u"ShowHelp=120");
   // Closing the window as the system would cancels.
   EXPECT_EQ(Run(mtConfirmation, {mbYes, mbNo}, {Shown(), Post(FormWindow, WM_CLOSE)}), mrCancel);
+}
+
+TEST_F(DialogTest, HelpRequestGoesToTheMessageManagerButAHelpButtonCloses) {
+  std::vector<std::u16string> requests;
+  const int subscription =
+      rtl::TMessageManager::DefaultManager().SubscribeToMessage<rtl::TMessage<std::u16string>>(
+          [&](const rtl::TObject*, const rtl::TMessageBase& m) {
+            requests.push_back(static_cast<const rtl::TMessage<std::u16string>&>(m).Value());
+          });
+  rtl::TStringList keys, captions;
+  keys.Add(u"help");
+  captions.Add(u"&Hilfe");
+  const int result = Run(
+      [] { return MessageDlg(u"Hilfe?", mtInformation, {mbOK, mbHelp}, 120); },
+      {Shown(), Check([&] {
+         EXPECT_EQ(DlgButtons->Count(), 1) << "mbHelp makes no button";
+         Dialog()->bnSendHelpMessageClick(Dialog()->bnOK);
+         EXPECT_EQ(requests, (std::vector<std::u16string>{u"ShowHelp=120"}));
+         EXPECT_EQ(Dialog()->ModalResult, 0) << "the help request closed the dialog";
+         // Even with HelpButtonNoReturn a button of result 9 closes rather than asks for help.
+         Dialog()->CreateButton(u"help", mrHelp, captions, keys);
+       }),
+       Check([] {
+         HWND help = Dialog()->ButtonAt(1)->Handle();
+         SendMessageW(help, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
+         SendMessageW(help, WM_LBUTTONUP, 0, MAKELPARAM(10, 10));
+         if (Dialog()->ModalResult == 0) PostMessageW(FormWindow(), WM_CLOSE, 0, 0);
+       })});
+  rtl::TMessageManager::DefaultManager().Unsubscribe(subscription);
+  EXPECT_EQ(result, mrHelp);
+  EXPECT_EQ(requests.size(), 1u) << "the help button asked for help";
 }
 
 TEST_F(DialogTest, FrameShapesNeedExactlyFourAlignments) {
