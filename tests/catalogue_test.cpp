@@ -2,6 +2,7 @@
 // what version numbers are taken for.
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -25,41 +26,64 @@ std::vector<Str> Split(std::u16string_view s) {
   return parts;
 }
 
-TEST(CatalogueTables, VersionsKeepTheirNamesAndKeys) {
-  struct Case {
+TEST(CatalogueTables, EveryVersionKeepsItsNameKeyAndDisplayName) {
+  struct Row {
     TDelphiVersions v;
-    std::u16string_view name, key;
+    std::u16string_view name, key, display;
   };
-  const Case cases[] = {
-      {Delphi1, u"Delphi 1", u"\\Software\\Borland\\Delphi\\1.0"},
-      {Delphi8, u"Delphi 8", u"\\Software\\Borland\\BDS\\2.0"},
-      {Delphi2007, u"RAD Studio 2007", u"\\Software\\Borland\\BDS\\5.0"},
-      {Delphi2009, u"RAD Studio 2009", u"\\Software\\CodeGear\\BDS\\6.0"},
-      {DelphiXE, u"RAD Studio XE", u"\\Software\\Embarcadero\\BDS\\8.0"},
-      {DelphiXE5, u"RAD Studio XE5", u"\\Software\\Embarcadero\\BDS\\12.0"},
-      {DelphiXE6, u"RAD Studio XE6", u"\\Software\\Embarcadero\\BDS\\14.0"},  // no 13.0
-      {DelphiXE12, u"RAD Studio XE12", u"\\Software\\Embarcadero\\BDS\\23.0"},
-      {DelphiXE13, u"RAD Studio XE13", u"\\Software\\Embarcadero\\BDS\\37.0"},
+  // In enumeration order, as the versions are documented.
+  const Row rows[] = {
+      {Delphi1, u"Delphi 1", u"\\Software\\Borland\\Delphi\\1.0", u"Delphi 1"},
+      {Delphi2, u"Delphi 2", u"\\Software\\Borland\\Delphi\\2.0", u"Delphi 2"},
+      {Delphi3, u"Delphi 3", u"\\Software\\Borland\\Delphi\\3.0", u"Delphi 3"},
+      {Delphi4, u"Delphi 4", u"\\Software\\Borland\\Delphi\\4.0", u"Delphi 4"},
+      {Delphi5, u"Delphi 5", u"\\Software\\Borland\\Delphi\\5.0", u"Delphi 5"},
+      {Delphi6, u"Delphi 6", u"\\Software\\Borland\\Delphi\\6.0", u"Delphi 6"},
+      {Delphi7, u"Delphi 7", u"\\Software\\Borland\\Delphi\\7.0", u"Delphi 7"},
+      {Delphi8, u"Delphi 8", u"\\Software\\Borland\\BDS\\2.0", u"Delphi 8"},
+      {Delphi2005, u"BDS 2005", u"\\Software\\Borland\\BDS\\3.0", u"Delphi 2005"},
+      {Delphi2006, u"BDS 2006", u"\\Software\\Borland\\BDS\\4.0", u"Delphi 2006"},
+      {Delphi2007, u"RAD Studio 2007", u"\\Software\\Borland\\BDS\\5.0", u"Delphi 2007"},
+      {Delphi2009, u"RAD Studio 2009", u"\\Software\\CodeGear\\BDS\\6.0", u"Delphi 2009"},
+      {Delphi2010, u"RAD Studio 2010", u"\\Software\\CodeGear\\BDS\\7.0", u"Delphi 2010"},
+      {DelphiXE, u"RAD Studio XE", u"\\Software\\Embarcadero\\BDS\\8.0", u"Delphi XE"},
+      {DelphiXE2, u"RAD Studio XE2", u"\\Software\\Embarcadero\\BDS\\9.0", u"Delphi XE2"},
+      {DelphiXE3, u"RAD Studio XE3", u"\\Software\\Embarcadero\\BDS\\10.0", u"Delphi XE3"},
+      {DelphiXE4, u"RAD Studio XE4", u"\\Software\\Embarcadero\\BDS\\11.0", u"Delphi XE4"},
+      {DelphiXE5, u"RAD Studio XE5", u"\\Software\\Embarcadero\\BDS\\12.0", u"Delphi XE5"},
+      // No 13.0.
+      {DelphiXE6, u"RAD Studio XE6", u"\\Software\\Embarcadero\\BDS\\14.0", u"Delphi XE6"},
+      {DelphiXE7, u"RAD Studio XE7", u"\\Software\\Embarcadero\\BDS\\15.0", u"Delphi XE7"},
+      {DelphiXE8, u"RAD Studio XE8", u"\\Software\\Embarcadero\\BDS\\16.0", u"Delphi XE8"},
+      {DelphiXE10, u"RAD Studio XE10", u"\\Software\\Embarcadero\\BDS\\17.0",
+       u"Delphi 10 Seattle"},
+      {DelphiXE101, u"RAD Studio XE101", u"\\Software\\Embarcadero\\BDS\\18.0",
+       u"Delphi 10.1 Berlin"},
+      {DelphiXE102, u"RAD Studio XE102", u"\\Software\\Embarcadero\\BDS\\19.0",
+       u"Delphi 10.2 Tokyo"},
+      {DelphiXE103, u"RAD Studio XE103", u"\\Software\\Embarcadero\\BDS\\20.0",
+       u"Delphi 10.3 Rio"},
+      {DelphiXE104, u"RAD Studio XE104", u"\\Software\\Embarcadero\\BDS\\21.0",
+       u"Delphi 10.4 Sydney"},
+      {DelphiXE11, u"RAD Studio XE11", u"\\Software\\Embarcadero\\BDS\\22.0",
+       u"Delphi 11 Alexandria"},
+      {DelphiXE12, u"RAD Studio XE12", u"\\Software\\Embarcadero\\BDS\\23.0",
+       u"Delphi 12 Athens"},
+      // The newest jumps from 23.0 to 37.0.
+      {DelphiXE13, u"RAD Studio XE13", u"\\Software\\Embarcadero\\BDS\\37.0",
+       u"Delphi 13 Florence"},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(DelphiVersionsNames[c.v], c.name) << c.v;
-    EXPECT_EQ(DelphiRegPaths[c.v], c.key) << c.v;
+  ASSERT_EQ(std::size(rows), std::size_t{DelphiVersionsCount});
+  // The display list: one entry per version, joined by bare commas.
+  EXPECT_EQ(DVersions.size(), 365u);
+  const std::vector<Str> display = Split(DVersions);
+  ASSERT_EQ(display.size(), std::size_t{DelphiVersionsCount});
+  for (const Row& r : rows) {
+    EXPECT_EQ(static_cast<int>(r.v), &r - rows) << Narrow(r.name);
+    EXPECT_EQ(Narrow(DelphiVersionsNames[r.v]), Narrow(r.name)) << r.v;
+    EXPECT_EQ(Narrow(DelphiRegPaths[r.v]), Narrow(r.key)) << r.v;
+    EXPECT_EQ(Narrow(display[r.v]), Narrow(r.display)) << r.v;
   }
-  EXPECT_EQ(DelphiXE13, 28);
-  // Every key is its own and taken from the root.
-  const std::set<std::u16string_view> keys(DelphiRegPaths.begin(), DelphiRegPaths.end());
-  EXPECT_EQ(keys.size(), DelphiRegPaths.size());
-  for (std::u16string_view key : DelphiRegPaths) EXPECT_TRUE(key.starts_with(u"\\Software\\"));
-}
-
-TEST(CatalogueTables, DisplayListHasOneEntryPerVersion) {
-  ASSERT_EQ(DVersions.size(), 365u);
-  const std::vector<Str> entries = Split(DVersions);
-  ASSERT_EQ(entries.size(), std::size_t{DelphiVersionsCount});
-  for (int v = Delphi1; v <= Delphi8; ++v) EXPECT_EQ(entries[v], DelphiVersionsNames[v]);
-  for (int v = DelphiXE; v <= DelphiXE8; ++v)  // "Delphi XE2" beside "RAD Studio XE2"
-    EXPECT_TRUE(DelphiVersionsNames[v].ends_with(entries[v].substr(7))) << v;
-  EXPECT_EQ(entries.back(), u"Delphi 13 Florence");
 }
 
 TEST(CatalogueDVersion, LastKnownNumberFoundWins) {
@@ -72,7 +96,7 @@ TEST(CatalogueDVersion, LastKnownNumberFoundWins) {
       {u"14.6", u"Delphi XE4"},           {u"15.0", u"Delphi XE5"},
       {u"15.1", u"Delphi XE5"},           {u"15.2", u"Delphi XE5"},
       {u"15.3", u"Delphi XE5"},           {u"15.4", u"Delphi XE6"},
-      {u"16", u"Delphi XE7"},             {u"17.0", u"Delphi XE8"},
+      {u"16", u"Delphi XE7"},             {u"17", u"Delphi XE8"},
       {u"18", u"Delphi 10 Seattle"},      {u"18.0", u"Delphi 10 Seattle"},
       {u"18.1", u"Delphi 10.1 Berlin"},   {u"18.2", u"Delphi 10.2 Tokyo"},
       {u"18.3", u"Delphi 10.2 Tokyo"},    {u"18.4", u"Delphi 10.2 Tokyo"},
@@ -87,6 +111,10 @@ TEST(CatalogueDVersion, LastKnownNumberFoundWins) {
       {u"18.10", u"Delphi 10.1 Berlin"},  {u"116.0", u"Delphi XE7"},
       {u"Version 19.5.1", u"Delphi 11 Alexandria"},
       {u"18.2 and 12.0", u"Delphi 10.2 Tokyo"},  // table order, not text order
+      {u"17.0", u"Delphi XE8"},           {u"18.9", u"Delphi 10 Seattle"},
+      // A bare major number matches only where the table has one.
+      {u"12", u""},                       {u"15", u""},
+      {u"19", u""},                       {u"20", u""},
       {u"20.0", u""},                     {u"37.0", u""},
       {u"", u""},
   };

@@ -25,6 +25,18 @@ TEST(IniSettingsRecord, TextsAndTheirReading) {
   EXPECT_EQ(rec.Left, -8);
 }
 
+TEST(IniSettingsRecord, SectionNamedAfterThePrimaryMonitorOrTheFormsOwn) {
+  // Told apart only with several monitors, which the Win32 tests do not have.
+  const std::pair<TWindowPosUser, bool> users[] = {
+      {TWindowPosUser::wpSave, true},            // SaveWindowPos
+      {TWindowPosUser::wpRestore, true},         // RestoreWindowPos, RestoreWindowNotMinPos
+      {TWindowPosUser::wpSaveMemIni, false},     // SaveWindowPosMIni, IniSaveWindowPos
+      {TWindowPosUser::wpRestoreCorner, false},  // RestoreWindowLeftTopPos and its Ini variants
+  };
+  for (const auto& [user, primary] : users)
+    EXPECT_EQ(SectionOfPrimaryMonitor(user), primary) << static_cast<int>(user);
+}
+
 TEST(IniSettingsRecord, SavedRectangleMovesByTheFormsOffsetWhenCorrected) {
   // Work area starting 40 pixels down: the placement says 100, the form stands at 140.
   const TWindowPosRecord moved = SavedWindowPos({50, 100, 450, 400}, 1, 50, 140, true);

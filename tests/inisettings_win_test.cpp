@@ -201,6 +201,90 @@ TEST_F(IniSettingsWin, RestoringClampsTheSizeAndAppliesTheState) {
   EXPECT_EQ(Bounds(form), (std::vector<int>{50, 60, 123, 45}));
 }
 
+TEST_F(IniSettingsWin, AMaximisedOrMinimisedFormSavesTheRectangleItComesBackTo) {
+  const std::u16string ini = folder_ + u"pos.ini";
+  const struct {
+    ui::TWindowState state, restored;
+    const char16_t* saved;
+  } cases[] = {
+      {ui::wsMinimized, ui::wsNormal, u"100^120^500^420^2^"},
+      {ui::wsMaximized, ui::wsMaximized, u"100^120^500^420^3^"},
+  };
+  for (const auto& c : cases) {
+    ui::TForm& form = Form(100, 120, 400, 300);
+    form.SetWindowState(c.state);
+    ui::Application->ProcessMessages();
+    ASSERT_EQ(form.WindowState(), c.state);
+    SaveWindowPos(form, ini, u"Main");
+    rtl::TMemIniFile mem(ini);
+    SaveWindowPosMIni(form, ini, u"Mem", mem);
+    mem.UpdateFile();
+    EXPECT_EQ(Raw(ini, Section(), u"Main"), c.saved) << static_cast<int>(c.state);
+    EXPECT_EQ(Raw(ini, Section(), u"Mem"), c.saved) << static_cast<int>(c.state);
+
+    // On a fresh form: where the first one stood before it was minimised or maximised.
+    ui::TForm& again = Form(10, 10, 200, 200);
+    ASSERT_TRUE(RestoreWindowPos(again, ini, u"Main", true));
+    EXPECT_EQ(again.WindowState(), c.restored);
+    again.SetWindowState(ui::wsNormal);
+    EXPECT_EQ(Bounds(again), (std::vector<int>{100, 120, 400, 300}));
+  }
+}
+
+TEST_F(IniSettingsWin, BothFullRestoresPlaceARealFormWhateverItsState) {
+  const std::u16string ini = folder_ + u"pos.ini";
+  const int width = GetSystemMetrics(SM_CXSCREEN);  // one monitor, no task bar beside it
+  rtl::TIniFile(ini).WriteString(Section(), u"Wide",
+                                 u"300^20^" + rtl::IntToStr(width + 520) + u"^620^1^");
+  rtl::TIniFile(ini).WriteString(Section(), u"Max", u"40^50^440^350^3^");
+  rtl::TIniFile(ini).WriteString(Section(), u"Min", u"40^50^440^350^2^");
+  using R = bool (*)(ui::TCustomForm&, const std::u16string&, const std::u16string&);
+  const R full = [](ui::TCustomForm& f, const std::u16string& i, const std::u16string& k) {
+    return RestoreWindowPos(f, i, k, true);
+  };
+  const R place = [](ui::TCustomForm& f, const std::u16string& i, const std::u16string& k) {
+    return RestoreWindowPos(f, i, k, false);
+  };
+  const R notMin = [](ui::TCustomForm& f, const std::u16string& i, const std::u16string& k) {
+    return RestoreWindowNotMinPos(f, i, k);
+  };
+  const struct {
+    const char* name;
+    R restore;
+    const char16_t* ident;
+    ui::TWindowState from, state;
+    std::vector<int> bounds;  // once normal again
+  } cases[] = {
+      // Wider than this desktop: the full restore starts at the left edge, the other keeps
+      // the saved corner; both end at the monitor's right edge.
+      {"full", full, u"Wide", ui::wsNormal, ui::wsNormal, {0, 20, width, 600}},
+      {"not min", notMin, u"Wide", ui::wsNormal, ui::wsNormal, {300, 20, width - 300, 600}},
+      // The state always comes back, a minimised one as normal.
+      {"not min", notMin, u"Max", ui::wsNormal, ui::wsMaximized, {40, 50, 400, 300}},
+      {"not min", notMin, u"Min", ui::wsMaximized, ui::wsNormal, {40, 50, 400, 300}},
+      // Onto a minimised form: the saved place is where it comes back to, also when it
+      // stays minimised for now.
+      {"full", full, u"Wide", ui::wsMinimized, ui::wsNormal, {0, 20, width, 600}},
+      {"full", full, u"Max", ui::wsMinimized, ui::wsMaximized, {40, 50, 400, 300}},
+      {"not min", notMin, u"Min", ui::wsMinimized, ui::wsNormal, {40, 50, 400, 300}},
+      {"place only", place, u"Max", ui::wsMinimized, ui::wsMinimized, {40, 50, 400, 300}},
+  };
+  for (const auto& c : cases) {
+    const std::string what = std::string(c.name) + " " + rtl::Utf16ToUtf8(c.ident) + " from " +
+                             std::to_string(static_cast<int>(c.from));
+    ui::TForm& form = Form(200, 200, 300, 300);
+    form.SetWindowState(c.from);
+    ui::Application->ProcessMessages();
+    ASSERT_TRUE(c.restore(form, ini, c.ident)) << what;
+    ui::Application->ProcessMessages();
+    EXPECT_EQ(form.WindowState(), c.state) << what;
+    form.SetWindowState(ui::wsNormal);
+    ui::Application->ProcessMessages();
+    EXPECT_EQ(Bounds(form), c.bounds) << what;
+  }
+  EXPECT_FALSE(RestoreWindowNotMinPos(*form_, ini, u"None"));
+}
+
 TEST_F(IniSettingsWin, AnUnwritableFileIsReportedOnceAndTheMemoryFileIsSavedByItsOwner) {
   ui::TForm& form = Form(70, 80, 320, 240);
   const std::u16string lost = folder_ + u"missing\\pos.ini";

@@ -126,6 +126,9 @@ TEST_F(ProjectFileApp, ListsUnitsSortedWithoutDuplicates) {
   EXPECT_EQ(Narrow(Qm_tools::GetXMLItems(lines, u"<ItemGroup", u"<DelphiCompile ")),
             "Noxdesk.dpr;");
   EXPECT_EQ(Narrow(Qm_tools::GetXMLItems(lines, u"<ItemGroup", u"<Form>")), ";");
+  // A group's items start on the line after it: its own line is no item (unlike the groups'
+  // list below, where it counts).
+  EXPECT_EQ(Qm_tools::GetXMLItems(lines, u"<ItemGroup", u"Condition="), u"");
   EXPECT_EQ(Qm_tools::GetXMLItems(lines, u"<ItemGroup", u"<Nothing"), u"");
 }
 

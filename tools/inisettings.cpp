@@ -19,6 +19,16 @@ std::u16string WindowPosSection(int MonitorWidth, int MonitorHeight,
          std::u16string(ComputerName) + u":WinPos";
 }
 
+bool SectionOfPrimaryMonitor(TWindowPosUser User) {
+  switch (User) {
+    case TWindowPosUser::wpSave:
+    case TWindowPosUser::wpRestore: return true;
+    case TWindowPosUser::wpSaveMemIni:
+    case TWindowPosUser::wpRestoreCorner: return false;
+  }
+  return true;
+}
+
 std::u16string WindowPosValue(const TWindowPosRecord& Rec) {
   std::u16string value;
   for (const int n : {Rec.Left, Rec.Top, Rec.Right, Rec.Bottom, Rec.ShowCmd})

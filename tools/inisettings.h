@@ -38,6 +38,19 @@ namespace Qm_tools {
 std::u16string WindowPosSection(int MonitorWidth, int MonitorHeight,
                                 std::u16string_view ComputerName);
 
+// The routines that keep window positions, by the monitor whose size names their section.
+enum class TWindowPosUser {
+  wpSave,           // SaveWindowPos
+  wpSaveMemIni,     // SaveWindowPosMIni, IniSaveWindowPos
+  wpRestore,        // RestoreWindowPos, RestoreWindowNotMinPos
+  wpRestoreCorner,  // RestoreWindowLeftTopPos, RestoreWindowLeftTopPosIni, ...Ini2
+};
+// Whether User's section carries the primary monitor's size (SaveWindowPos and the full
+// restores) rather than that of the monitor the form is on now (the memory-file savers and
+// the corner-only restores). The two kinds share records only while the form is on the
+// primary monitor; that is how they have always been kept.
+bool SectionOfPrimaryMonitor(TWindowPosUser User);
+
 struct TWindowPosRecord {
   int Left = 0, Top = 0, Right = 0, Bottom = 0;
   int ShowCmd = 0;

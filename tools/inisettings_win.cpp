@@ -14,6 +14,8 @@
 
 namespace Qm_tools {
 
+using enum TWindowPosUser;
+
 namespace {
 
 const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
@@ -28,7 +30,8 @@ ui::TMonitor PrimaryMonitor() {
   return ui::Screen->Monitors(0);
 }
 
-std::u16string SectionFor(const ui::TMonitor& monitor) {
+std::u16string SectionFor(TWindowPosUser User, ui::TCustomForm& Form) {
+  const ui::TMonitor monitor = SectionOfPrimaryMonitor(User) ? PrimaryMonitor() : Form.Monitor();
   return WindowPosSection(monitor.Width(), monitor.Height(), GetThisComputerName());
 }
 
@@ -94,7 +97,7 @@ std::u16string ReadValue(const std::u16string& IniName, const std::u16string& se
 bool RestoreFull(ui::TCustomForm& Form, const std::u16string& IniName,
                  const std::u16string& Ident, bool RestoreState, bool NotMin) {
   TWindowPosRecord rec;
-  if (!ReadWindowPosValue(ReadValue(IniName, SectionFor(PrimaryMonitor()), Ident), rec))
+  if (!ReadWindowPosValue(ReadValue(IniName, SectionFor(wpRestore, Form), Ident), rec))
     return false;
   const TRestoredBounds b = RestoreWindowBounds(rec, ScreenAround(rec), Form.Constraints.MinWidth,
                                                 Form.Constraints.MinHeight, NotMin);
@@ -202,14 +205,14 @@ void SaveWindowPos(ui::TCustomForm& Form, const std::u16string& IniName,
   SavePosition(IniName, [&] {
     const std::u16string value = WindowPosValue(RecordOf(Form));
     rtl::TIniFile ini(IniName);
-    ini.WriteString(SectionFor(PrimaryMonitor()), Ident, value);
+    ini.WriteString(SectionFor(wpSave, Form), Ident, value);
   });
 }
 
 void SaveWindowPosMIni(ui::TCustomForm& Form, const std::u16string& IniName,
                        const std::u16string& Ident, rtl::TMemIniFile& MemIni) {
   SavePosition(IniName, [&] {
-    MemIni.WriteString(SectionFor(Form.Monitor()), Ident, WindowPosValue(RecordOf(Form)));
+    MemIni.WriteString(SectionFor(wpSaveMemIni, Form), Ident, WindowPosValue(RecordOf(Form)));
   });
 }
 
@@ -230,13 +233,13 @@ bool RestoreWindowNotMinPos(ui::TCustomForm& Form, const std::u16string& IniName
 
 bool RestoreWindowLeftTopPos(ui::TCustomForm& Form, const std::u16string& IniName,
                              const std::u16string& Ident, bool RestoreState) {
-  return RestoreCornerFrom(Form, ReadValue(IniName, SectionFor(Form.Monitor()), Ident),
+  return RestoreCornerFrom(Form, ReadValue(IniName, SectionFor(wpRestoreCorner, Form), Ident),
                            RestoreState, false);
 }
 
 bool RestoreWindowLeftTopPosIni(ui::TCustomForm& Form, rtl::TIniFile& Ini,
                                 const std::u16string& Ident, bool RestoreState) {
-  return RestoreCornerFrom(Form, Ini.ReadString(SectionFor(Form.Monitor()), Ident, u""),
+  return RestoreCornerFrom(Form, Ini.ReadString(SectionFor(wpRestoreCorner, Form), Ident, u""),
                            RestoreState, true);
 }
 

@@ -26,6 +26,25 @@ bool Contains(const TRect& r, int x, int y) {
   return x >= r.Left && x < r.Right && y >= r.Top && y < r.Bottom;
 }
 
+bool SetNormalBounds(HWND window, const TRect& r) {
+  // A minimised or maximised window would only move its icon or its maximised frame, and
+  // restoring it would bring back the old place; the place it restores to is the
+  // placement's normal rectangle, which counts from the primary work area.
+  if ((GetWindowLongW(window, GWL_STYLE) & WS_CHILD) || (!IsIconic(window) && !IsZoomed(window)))
+    return false;
+  WINDOWPLACEMENT wp{};
+  wp.length = sizeof(wp);
+  GetWindowPlacement(window, &wp);
+  RECT work{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  wp.rcNormalPosition = {r.Left - work.left, r.Top - work.top, r.Right - work.left,
+                         r.Bottom - work.top};
+  wp.flags = 0;
+  wp.showCmd = IsWindowVisible(window) ? SW_SHOWNA : SW_HIDE;  // the state stays, unactivated
+  SetWindowPlacement(window, &wp);
+  return true;
+}
+
 // BeginPaint and its EndPaint, whatever a painter does in between.
 class PaintScope {
  public:
@@ -474,11 +493,14 @@ void TWinControl::SetBounds(int left, int top, int width, int height) {
   if (r == bounds_) return;
   const bool resized = r.Width() != bounds_.Width() || r.Height() != bounds_.Height();
   bounds_ = r;
-  if (HandleAllocated())
+  if (HandleAllocated() && SetNormalBounds(handle_.get(), r)) {
+    UpdateBounds();
+  } else if (HandleAllocated()) {
     SetWindowPos(handle_.get(), nullptr, left, top, std::max(0, width), std::max(0, height),
                  SWP_NOZORDER | SWP_NOACTIVATE);  // WM_SIZE lays out and tells OnResize
-  else if (resized)
+  } else if (resized) {
     Realign();
+  }
   RequestAlign();
 }
 
