@@ -84,7 +84,7 @@ FAMILIES = {
     "devhost": ["devhost/options.cpp", "devhost/main_win.cpp", "devhost/log_win.cpp",
                 "devhost/package_win.cpp", "devhost/services_win.cpp",
                 "devhost/mainform_win.cpp", "devhost/treedump_win.cpp"],
-    "spine-rules": ["host/view_rules.cpp"],
+    "spine-rules": ["host/view_rules.cpp", "package/unit_order.cpp"],
     "spine": ["host/view_rules.cpp", "host/WNOXView.cpp", "package/WNOXD13_64.cpp",
               "package/WNOXConstants.cpp", "package/WNOXCreator.cpp"],
 }

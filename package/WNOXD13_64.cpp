@@ -12,6 +12,7 @@
 #include "package/WNOXConstants.h"
 #include "package/WNOXCreator.h"
 #include "package/packageinfo.h"
+#include "package/unit_order.h"
 #include "rtl/unitinit.h"
 #include "tools/qm_globals.h"
 
@@ -29,18 +30,6 @@ rtl::TUnitCounter Counter;  // the package unit itself: counted only
 
 void InitializeUnit() { Counter.Start(); }
 void FinalizeUnit() { Counter.Stop(); }
-
-// A unit after the units it uses; the package unit last.
-constexpr TPackageUnitEntry kStartOrder[] = {
-    {L"QMMessageDlgVCL", &QMMessageDlgVCL::Initialize, &QMMessageDlgVCL::Finalize},
-    {L"Qm_tools", &Qm_tools::Initialize, &Qm_tools::Finalize},
-    {L"NOXEData", &NOXEData::Initialize, &NOXEData::Finalize},
-    {L"DVersion", &DVersion::Initialize, &DVersion::Finalize},
-    {L"WNOXView", &WNOXView::Initialize, &WNOXView::Finalize},
-    {L"WNOXConstants", &WNOXConstants::Initialize, &WNOXConstants::Finalize},
-    {L"WNOXCreator", &WNOXCreator::Initialize, &WNOXCreator::Finalize},
-    {L"WNOXD13_64", &InitializeUnit, &FinalizeUnit},
-};
 
 constexpr const wchar_t* kRequires[] = {L"designide370", L"vcl370", L"rtl370"};
 
@@ -74,15 +63,9 @@ __declspec(dllexport) const TPackageInfoTable* GetPackageInfoTable() {
   return &WNOXD13_64::kInfo;
 }
 
-__declspec(dllexport) void Initialize() {
-  for (const auto& unit : WNOXD13_64::kStartOrder) unit.Init();
-}
+__declspec(dllexport) void Initialize() { WNOXD13_64::StartUnits(WNOXD13_64::kInfo); }
 
-__declspec(dllexport) void Finalize() {
-  for (auto unit = std::rbegin(WNOXD13_64::kStartOrder); unit != std::rend(WNOXD13_64::kStartOrder);
-       ++unit)
-    unit->FInit();
-}
+__declspec(dllexport) void Finalize() { WNOXD13_64::StopUnits(WNOXD13_64::kInfo); }
 
 __declspec(dllexport) void Register() { WNOXCreator::Register(); }
 

@@ -10,9 +10,7 @@
 #include <cstdint>
 #include <sstream>
 #include <string>
-#include <vector>
 
-#include "rtl/handles.h"
 #include "tests/message_pump.h"
 #include "win_support.h"
 
@@ -20,57 +18,24 @@ namespace {
 
 constexpr const wchar_t* kTitle = L"NOXPlugIn Slave Delphi 13 Florence";
 
-struct CopyData {
-  std::wstring fromClass;
-  ULONG_PTR dwData;
-  std::wstring payload;  // exactly cbData bytes
-};
-
 class Companion : public testing::Test {
  protected:
-  static inline std::vector<CopyData> received;
-
-  static LRESULT CALLBACK HostProc(HWND w, UINT m, WPARAM wp, LPARAM lp) {
-    if (m != WM_COPYDATA) return DefWindowProcW(w, m, wp, lp);
-    const auto* cds = reinterpret_cast<const COPYDATASTRUCT*>(lp);
-    wchar_t cls[32] = L"";
-    GetClassNameW(reinterpret_cast<HWND>(wp), cls, 32);
-    received.push_back(
-        {cls, cds->dwData,
-         std::wstring(static_cast<const wchar_t*>(cds->lpData), cds->cbData / sizeof(wchar_t))});
-    return 0;
-  }
-
   void SetUp() override {
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"NoxCompanionHost";
-    RegisterClassW(&wc);
-    host_.reset(CreateWindowExW(0, wc.lpszClassName, L"Nox companion host", WS_OVERLAPPEDWINDOW, 0,
-                                0, 700, 500, nullptr, nullptr, wc.hInstance, nullptr));
-    received.clear();
     log_ = nox_test::W(nox_test::TempFolder() + u"nox_companion_test.log");
     DeleteFileW(log_.c_str());
   }
 
   void TearDown() override {
-    if (process_ && WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT)
-      TerminateProcess(process_.get(), 1);
+    if (companion_.process && WaitForSingleObject(companion_.process.get(), 0) == WAIT_TIMEOUT)
+      TerminateProcess(companion_.process.get(), 1);
   }
 
   void Start(const std::wstring& options) {
-    std::wstring cmd = L"\"" NOX_COMPANION_EXE "\" Slave \"Delphi 13 Florence\" \"" +
-                       std::to_wstring(reinterpret_cast<std::uintptr_t>(host_.get())) +
-                       L"\" --log \"" + log_ + L"\" " + options;
-    STARTUPINFOW si{};
-    si.cb = sizeof si;
-    PROCESS_INFORMATION pi{};
-    ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                               &si, &pi));
-    CloseHandle(pi.hThread);
-    process_.reset(pi.hProcess);
-    pid_ = pi.dwProcessId;
+    companion_ = nox_test::StartProgram(
+        L"\"" NOX_COMPANION_EXE "\" Slave \"Delphi 13 Florence\" \"" +
+        std::to_wstring(reinterpret_cast<std::uintptr_t>(host_.get())) + L"\" --log \"" + log_ +
+        L"\" " + options);
+    ASSERT_TRUE(companion_.process);
   }
 
   // The companion's window of class `cls`, once it is there (and shown, if so asked). A
@@ -82,7 +47,8 @@ class Companion : public testing::Test {
           for (HWND w = nullptr; (w = FindWindowExW(nullptr, w, cls, kTitle));) {
             DWORD pid = 0;
             GetWindowThreadProcessId(w, &pid);
-            if (pid == pid_ && (!shown || IsWindowVisible(w))) return (found = w) != nullptr;
+            if (pid == companion_.id && (!shown || IsWindowVisible(w)))
+              return (found = w) != nullptr;
           }
           return false;
         },
@@ -90,13 +56,7 @@ class Companion : public testing::Test {
     return found;
   }
 
-  // The exit code, or STILL_ACTIVE when the program did not end in time.
-  DWORD ExitCode() {
-    PumpUntil([] { return false; }, 5000, process_.get());
-    DWORD code = STILL_ACTIVE;
-    GetExitCodeProcess(process_.get(), &code);
-    return code;
-  }
+  DWORD ExitCode() { return ExitCodeWithin(companion_.process.get(), 5000); }
 
   std::string Log() const {
     std::ifstream in{std::filesystem::path(log_)};
@@ -109,9 +69,9 @@ class Companion : public testing::Test {
     return std::to_string(reinterpret_cast<std::uintptr_t>(host_.get()));
   }
 
-  rtl::unique_hwnd host_;
-  rtl::unique_handle process_;
-  DWORD pid_ = 0;
+  // The frame the companion is started for: it sees the open-project messages.
+  nox_test::StandInWindow host_{L"NoxCompanionHost", L"Nox companion host", false};
+  nox_test::StartedProgram companion_;
   std::wstring log_;
 };
 
@@ -153,7 +113,7 @@ TEST_F(Companion, SendsTheOpenProjectMessage) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.options);
-    received.clear();
+    host_.received.clear();
     Start(c.options);
     if (c.doubleClicked >= 0) {
       HWND list =
@@ -164,14 +124,15 @@ TEST_F(Companion, SendsTheOpenProjectMessage) {
       for (UINT m : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP})
         PostMessageW(list, m, m == WM_LBUTTONUP ? 0 : MK_LBUTTON, at);
     }
-    ASSERT_TRUE(PumpUntil([] { return !received.empty(); }, 5000));
-    EXPECT_EQ(received[0].dwData, c.dwData);
-    EXPECT_EQ(received[0].payload, c.payload);
-    EXPECT_EQ(received[0].fromClass, c.fromClass);
+    ASSERT_TRUE(PumpUntil([&] { return host_.Count(WM_COPYDATA) > 0; }, 5000));
+    const nox_test::StandInWindow::Message sent = host_.Received(WM_COPYDATA)[0];
+    EXPECT_EQ(sent.dwData, c.dwData);
+    EXPECT_EQ(sent.payload, c.payload);
+    EXPECT_EQ(sent.fromClass, c.fromClass);
 
     PostMessageW(WindowOfCompanion(L"TApplication"), WM_CLOSE, 0, 0);
     EXPECT_EQ(ExitCode(), 0u);
-    EXPECT_EQ(received.size(), 1u);
+    EXPECT_EQ(host_.Count(WM_COPYDATA), 1);
   }
 }
 

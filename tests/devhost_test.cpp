@@ -13,13 +13,13 @@
 #include <string>
 #include <vector>
 
-#include "rtl/handles.h"
 #include "tests/message_pump.h"
 #include "win_support.h"
 
 namespace {
 
-std::wstring WinPath(const char* path) { return nox_test::W(nox_test::WinPath(path)); }
+using nox_test::WidePath;
+
 std::wstring TempFile(const std::wstring& name) {
   return nox_test::W(nox_test::TempFolder()) + name;
 }
@@ -82,30 +82,25 @@ void ParseLog(std::istream& in, THostRun& run) {
 THostRun RunHost(const std::wstring& name, const std::wstring& package, const std::wstring& args) {
   const std::wstring logFile = TempFile(L"devhost_" + name + L".log");
   DeleteFileW(logFile.c_str());
-  std::wstring command = L"\"" + WinPath(NOX_DEVHOST_EXE) + L"\" --package \"" + package +
-                         L"\" --log \"" + logFile + L"\" " + args;
-  STARTUPINFOW si{};
-  si.cb = sizeof si;
-  PROCESS_INFORMATION pi{};
+  const nox_test::StartedProgram host = nox_test::StartProgram(
+      L"\"" + WidePath(NOX_DEVHOST_EXE) + L"\" --package \"" + package + L"\" --log \"" + logFile +
+      L"\" " + args);
   THostRun run;
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                      &si, &pi)) {
+  if (!host.process) {
     ADD_FAILURE() << "devhost.exe did not start: " << GetLastError();
     return run;
   }
-  const rtl::unique_handle process(pi.hProcess), thread(pi.hThread);
-  // The host's windows talk to this thread's (none), but Wine wants a pumping waiter.
-  if (!PumpUntil([] { return false; }, 60000, process.get())) {
-    TerminateProcess(process.get(), 99);
+  run.exitCode = ExitCodeWithin(host.process.get(), 60000);
+  if (run.exitCode == STILL_ACTIVE) {
+    TerminateProcess(host.process.get(), 99);
     ADD_FAILURE() << "devhost.exe did not end";
   }
-  GetExitCodeProcess(process.get(), &run.exitCode);
   std::ifstream in{std::filesystem::path(logFile)};
   ParseLog(in, run);
   return run;
 }
 
-std::wstring TestPackage() { return WinPath(NOX_TEST_PACKAGE); }
+std::wstring TestPackage() { return WidePath(NOX_TEST_PACKAGE); }
 std::wstring ScreenshotFile() { return TempFile(L"devhost_themed.bmp"); }
 
 // One themed run serves most tests: Wine makes every start cost seconds.
@@ -226,7 +221,7 @@ TEST(DevHostFailures, AreReportedInTheLogAndTheExitCode) {
     const char* logged;
     DWORD exitCode;
   } cases[] = {
-      {L"nopackage", WinPath(NOX_TEST_PACKAGE) + L".missing", L"--exit-after 300", "load failed",
+      {L"nopackage", TestPackage() + L".missing", L"--exit-after 300", "load failed",
        2},
       {L"noplugin", TestPackage(), L"--open NOPE --exit-after 300", "show refused: no plug-in NOPE",
        3},

@@ -1,6 +1,7 @@
 // Waiting in Win32 tests without blocking the thread's windows: posted messages arrive and
 // other processes' sent messages (WM_COPYDATA, cross-process parenting) are answered only
-// while the waiting thread dispatches its queue.
+// while the waiting thread dispatches its queue. Wine wants a pumping waiter even for a
+// program whose windows talk to nobody here.
 #pragma once
 
 #include <windows.h>
@@ -28,4 +29,15 @@ bool PumpUntil(Done done, DWORD ms, HANDLE object = nullptr) {
         MsgWaitForMultipleObjects(count, object ? &object : nullptr, FALSE, wait, QS_ALLINPUT);
     if (object && r == WAIT_OBJECT_0) return true;
   }
+}
+
+// Lets this thread's windows run for `ms` milliseconds.
+inline void Pause(DWORD ms) { PumpUntil([] { return false; }, ms); }
+
+// The exit code of `process` once it has ended, or STILL_ACTIVE if it runs on after `ms`.
+inline DWORD ExitCodeWithin(HANDLE process, DWORD ms) {
+  PumpUntil([] { return false; }, ms, process);
+  DWORD code = STILL_ACTIVE;
+  GetExitCodeProcess(process, &code);
+  return code;
 }

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "host/view_rules.h"
+#include "package/unit_order.h"
 
 namespace {
 
@@ -27,6 +31,38 @@ TEST(SpineRules, DefaultProgramLiesBesideTheHost) {
 TEST(SpineRules, CompanionCommandLineCarriesTheFrameHandle) {
   EXPECT_EQ(SlaveParameters(657812), u"Slave \"Delphi 13 Florence\" \"657812\"");
   EXPECT_EQ(kSlavePrefix.size(), 28u);
+}
+
+// The package's units in its list order, each noting when it is started and stopped.
+// SysInit has no start or stop work.
+constexpr const wchar_t* kListed[] = {L"WNOXD13_64", L"NOXEData", L"Qm_tools",
+                                      L"QMMessageDlgVCL", L"SysInit", L"DVersion",
+                                      L"WNOXView", L"WNOXConstants", L"WNOXCreator"};
+std::vector<std::wstring> calls;
+template <int I> void Start() { calls.push_back(std::wstring(L"start ") + kListed[I]); }
+template <int I> void Stop() { calls.push_back(std::wstring(L"stop ") + kListed[I]); }
+constexpr TPackageUnitEntry kUnits[] = {
+    {kListed[0], &Start<0>, &Stop<0>}, {kListed[1], &Start<1>, &Stop<1>},
+    {kListed[2], &Start<2>, &Stop<2>}, {kListed[3], &Start<3>, &Stop<3>},
+    {kListed[4], nullptr, nullptr},    {kListed[5], &Start<5>, &Stop<5>},
+    {kListed[6], &Start<6>, &Stop<6>}, {kListed[7], &Start<7>, &Stop<7>},
+    {kListed[8], &Start<8>, &Stop<8>},
+};
+constexpr TPackageInfoTable kPackage = {L"WNOXD13_64", L"", 0, nullptr, 9, kUnits};
+
+TEST(SpineRules, UnitsStartAfterTheUnitsTheyUseAndStopTheOtherWayRound) {
+  calls.clear();
+  WNOXD13_64::StartUnits(kPackage);
+  EXPECT_EQ(calls, (std::vector<std::wstring>{
+                       L"start QMMessageDlgVCL", L"start Qm_tools", L"start NOXEData",
+                       L"start DVersion", L"start WNOXView", L"start WNOXConstants",
+                       L"start WNOXCreator", L"start WNOXD13_64"}));
+  calls.clear();
+  WNOXD13_64::StopUnits(kPackage);
+  EXPECT_EQ(calls, (std::vector<std::wstring>{
+                       L"stop WNOXD13_64", L"stop WNOXCreator", L"stop WNOXConstants",
+                       L"stop WNOXView", L"stop DVersion", L"stop NOXEData", L"stop Qm_tools",
+                       L"stop QMMessageDlgVCL"}));
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
 // The Noxdesk page end to end in one process: the host frame starts the real stand-in
 // companion program, docks it, passes its requests to a fake IDE and closes it again; the
-// package DLL registers with a fake Welcome Page and builds its views.
+// package DLL registers with a fake Welcome Page and builds its views. Where the frame's
+// messages to the program's windows matter, windows of this thread play those windows.
 #include <gtest/gtest.h>
 #include <windows.h>
-// After windows.h, which it needs.
-#include <tlhelp32.h>
 
 #include <memory>
 #include <string>
@@ -24,8 +23,16 @@ using namespace ToolsAPI;
 using namespace ToolsAPI::WelcomePage;
 using WNOXView::TMainFrame;
 
-const std::wstring kCompanion = nox_test::W(nox_test::WinPath(NOX_COMPANION_EXE));
-const std::wstring kPackage = nox_test::W(nox_test::WinPath(NOX_PACKAGE_DLL));
+const std::wstring kCompanion = nox_test::WidePath(NOX_COMPANION_EXE);
+const std::wstring kPackage = nox_test::WidePath(NOX_PACKAGE_DLL);
+constexpr const wchar_t* kCompanionExe = L"NOXPlugIn.exe";
+constexpr const wchar_t* kCompanionTitle = L"NOXPlugIn Slave Delphi 13 Florence";
+
+// Timings: the system clock may stand a little behind a timer, and on a loaded machine a
+// timer or a wake-up comes late, but by less than any change of the frame's waits that
+// matters (1000 ms or more).
+constexpr ULONGLONG kClockSlack = 50;
+constexpr ULONGLONG kLate = 950;
 
 std::u16string U16(const std::wstring& s) { return std::u16string(s.begin(), s.end()); }
 
@@ -65,47 +72,31 @@ class FakeIDE final : public IBorlandIDEServices,
   bool SaveFile(const wchar_t*) override { return false; }
 };
 
-// Calls visit(process id) for every running NOXPlugIn.exe.
-template <class Visit>
-void ForEachCompanion(Visit visit) {
-  rtl::unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-  PROCESSENTRY32W entry{};
-  entry.dwSize = sizeof(entry);
-  for (BOOL ok = Process32FirstW(snapshot.get(), &entry); ok;
-       ok = Process32NextW(snapshot.get(), &entry))
-    if (lstrcmpiW(entry.szExeFile, L"NOXPlugIn.exe") == 0) visit(entry.th32ProcessID);
-}
-
-int CompanionProcesses() {
-  int count = 0;
-  ForEachCompanion([&](DWORD) { ++count; });
-  return count;
-}
-
-void KillCompanions() {
-  ForEachCompanion([](DWORD pid) {
-    rtl::unique_handle p(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, pid));
-    if (p) {
-      TerminateProcess(p.get(), 1);
-      WaitForSingleObject(p.get(), 5000);
-    }
-  });
-}
-
 HWND Docked(TMainFrame& frame) { return reinterpret_cast<HWND>(frame.Panel1->Tag); }
 
-// The docked window keeps its top-level style, so IsChild (which wants WS_CHILD all the
-// way up) does not see it: walk the real parent chain instead.
-bool IsDescendant(HWND ancestor, HWND wnd) {
-  for (HWND p = GetAncestor(wnd, GA_PARENT); p != nullptr; p = GetAncestor(p, GA_PARENT))
-    if (p == ancestor) return true;
-  return false;
+bool NoCompanionRuns() { return nox_test::CountProcesses(kCompanionExe) == 0; }
+
+// When the (one) running companion program was started, on the scale of ClockMs.
+ULONGLONG CompanionStartedAt() {
+  ULONGLONG at = 0;
+  nox_test::ForEachProcess(kCompanionExe, [&](DWORD id) { at = nox_test::StartedAt(id); });
+  return at;
+}
+
+// The colour the panel's window fills its background with, read from a picture of it.
+COLORREF PaintedColour(ui::TPanel& panel) {
+  const rtl::unique_screen_dc screen(GetDC(nullptr));
+  const rtl::unique_hdc dc(CreateCompatibleDC(screen.get()));
+  const rtl::unique_hbitmap picture(CreateCompatibleBitmap(screen.get(), 8, 8));
+  const rtl::select_object into(dc.get(), picture.get());
+  SendMessageW(panel.Handle(), WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc.get()), 0);
+  return GetPixel(dc.get(), 4, 4);
 }
 
 class SpineFrame : public ::testing::Test {
  protected:
   void SetUp() override {
-    KillCompanions();
+    nox_test::EndProcesses(kCompanionExe);
     WNOXView::ProgLoaded = false;
     appData_ = nox_test::W(nox_test::TempFolder());
     appData_ += L"nox-spine-" + std::to_wstring(GetCurrentProcessId());
@@ -118,8 +109,8 @@ class SpineFrame : public ::testing::Test {
   }
   void TearDown() override {
     form_.reset();
-    PumpUntil([] { return CompanionProcesses() == 0; }, 10000);
-    KillCompanions();
+    PumpUntil(NoCompanionRuns, 10000);
+    nox_test::EndProcesses(kCompanionExe);
     BorlandIDEServices = nullptr;
     DeleteFileW(IniFile().c_str());
   }
@@ -154,29 +145,40 @@ class SpineFrame : public ::testing::Test {
   std::unique_ptr<ui::TForm> form_;
 };
 
-TEST_F(SpineFrame, DocksTheCompanionBorderlessAtThePanelsSizeAndFollowsResizes) {
+TEST_F(SpineFrame, DocksTheCompanionFollowsResizesAndPassesItsOpenProjectRequestOnOnce) {
   SetProgramLocation(kCompanion);
+  SetEnvironmentVariableW(L"NOXPLUGIN_OPTIONS", L"--send-after 500 C:\\Projects\\Demo\\Demo.dproj");
+  const ULONGLONG made = nox_test::ClockMs();
   TMainFrame* frame = NewFrame();
   ASSERT_TRUE(WaitForTimerRun(*frame));
+  // Not started before the frame's timer ran out, 3000 ms after the page was made.
+  EXPECT_GE(CompanionStartedAt(), made + 3000 - kClockSlack);
   ASSERT_TRUE(WNOXView::ProgLoaded);
   const HWND wnd = Docked(*frame);
   ASSERT_TRUE(IsWindow(wnd));
-  EXPECT_TRUE(IsDescendant(frame->Panel1->Handle(), wnd));
+  EXPECT_TRUE(nox_test::IsDescendant(frame->Panel1->Handle(), wnd));
   EXPECT_EQ(GetWindowLongW(wnd, GWL_STYLE) & WS_BORDER, 0);
   RECT r = RectIn(wnd, frame->Panel1->Handle());
   EXPECT_EQ(r.left, 0);
   EXPECT_EQ(r.top, 0);
   EXPECT_EQ(r.right - r.left, frame->Panel1->Width());
   EXPECT_EQ(r.bottom - r.top, frame->Panel1->Height());
-  // The themed IDE's window colour reaches the docking panel.
-  EXPECT_EQ(frame->Panel1->Color, 0x00F4F0EE);
+  // The themed IDE's window colour fills the docking panel.
+  EXPECT_EQ(PaintedColour(*frame->Panel1), 0x00F4F0EEu);
 
   form_->SetBounds(0, 0, 640, 420);
-  PumpUntil([] { return false; }, 300);
+  Pause(300);
   r = RectIn(wnd, frame->Panel1->Handle());
   EXPECT_EQ(r.right - r.left, frame->Panel1->Width());
   EXPECT_EQ(r.bottom - r.top, frame->Panel1->Height());
   EXPECT_LT(frame->Panel1->Width(), 700);
+
+  // The program's one request reaches the IDE once, for a new project group.
+  ASSERT_TRUE(PumpUntil([&] { return !ide_.requests.empty(); }, 10000));
+  Pause(500);
+  ASSERT_EQ(ide_.requests.size(), 1u);
+  EXPECT_EQ(ide_.requests[0].path, L"C:\\Projects\\Demo\\Demo.dproj");
+  EXPECT_TRUE(ide_.requests[0].newGroup);
 
   // Destroying the frame ends the companion program.
   DWORD pid = 0;
@@ -184,18 +186,6 @@ TEST_F(SpineFrame, DocksTheCompanionBorderlessAtThePanelsSizeAndFollowsResizes) 
   rtl::unique_handle process(OpenProcess(SYNCHRONIZE, FALSE, pid));
   delete frame;
   EXPECT_TRUE(PumpUntil([&] { return false; }, 10000, process.get()));
-}
-
-TEST_F(SpineFrame, PassesTheCompanionsOpenProjectRequestToTheIDEOnce) {
-  SetProgramLocation(kCompanion);
-  SetEnvironmentVariableW(L"NOXPLUGIN_OPTIONS", L"--send-after 500 C:\\Projects\\Demo\\Demo.dproj");
-  TMainFrame* frame = NewFrame();
-  ASSERT_TRUE(WaitForTimerRun(*frame));
-  ASSERT_TRUE(PumpUntil([&] { return !ide_.requests.empty(); }, 10000));
-  PumpUntil([] { return false; }, 500);
-  ASSERT_EQ(ide_.requests.size(), 1u);
-  EXPECT_EQ(ide_.requests[0].path, L"C:\\Projects\\Demo\\Demo.dproj");
-  EXPECT_TRUE(ide_.requests[0].newGroup);
 }
 
 TEST_F(SpineFrame, CopyDataIsReadOnlyWithinItsBytesAndOnlyForOpenProject) {
@@ -236,10 +226,23 @@ TEST_F(SpineFrame, CopyDataIsReadOnlyWithinItsBytesAndOnlyForOpenProject) {
 }
 
 TEST_F(SpineFrame, SettingsDecideWhereTheProgramIs) {
-  SetProgramLocation(L"C:\\Tools\\NOXPlugIn.exe\\");
-  delete NewFrame();
-  EXPECT_EQ(WNOXView::NOXProg, u"C:\\Tools\\NOXPlugIn.exe");
-  EXPECT_EQ(WNOXView::NOXIniName, U16(IniFile()));
+  // "Programlocation" as the user wrote it: one trailing backslash goes, and only one.
+  const struct {
+    const wchar_t* location;
+    std::u16string program;
+  } cases[] = {
+      {L"C:\\Tools\\NOXPlugIn.exe", u"C:\\Tools\\NOXPlugIn.exe"},
+      {L"C:\\Tools\\NOXPlugIn.exe\\", u"C:\\Tools\\NOXPlugIn.exe"},
+      {L"C:\\Tools\\NOXPlugIn.exe\\\\", u"C:\\Tools\\NOXPlugIn.exe\\"},
+      {L"\\\\\\", u"\\\\"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << "Programlocation=" << c.location);
+    SetProgramLocation(c.location);
+    delete NewFrame();
+    EXPECT_EQ(WNOXView::NOXProg, c.program);
+    EXPECT_EQ(WNOXView::NOXIniName, U16(IniFile()));
+  }
 
   // No settings file: the program beside the host executable.
   DeleteFileW(IniFile().c_str());
@@ -251,13 +254,36 @@ TEST_F(SpineFrame, SettingsDecideWhereTheProgramIs) {
   EXPECT_EQ(WNOXView::NOXProg, U16(expected));
 }
 
-TEST_F(SpineFrame, AMissingProgramDocksNothingButOffersTheButton) {
+TEST_F(SpineFrame, TheFrameUnitsLastStopForgetsTheProgramSettingsButNotTheLoadedFlag) {
+  SetProgramLocation(L"C:\\Tools\\NOXPlugIn.exe");
+  WNOXView::Initialize();
+  WNOXView::Initialize();
+  delete NewFrame();
+  WNOXView::ProgLoaded = true;
+  WNOXView::Finalize();
+  EXPECT_EQ(WNOXView::NOXProg, u"C:\\Tools\\NOXPlugIn.exe");
+  EXPECT_EQ(WNOXView::NOXIniName, U16(IniFile()));
+  WNOXView::Finalize();
+  EXPECT_EQ(WNOXView::NOXProg, u"");
+  EXPECT_EQ(WNOXView::NOXIniName, u"");
+  EXPECT_TRUE(WNOXView::ProgLoaded);
+}
+
+TEST_F(SpineFrame, AMissingProgramDocksNothingButOffersTheButtonAfterThreeSeconds) {
+  ide_.themed = false;
   SetProgramLocation(L"Z:\\nowhere\\NOXPlugIn.exe");
+  const ULONGLONG made = nox_test::ClockMs();
   TMainFrame* frame = NewFrame();
+  // Without IDE theming the panel keeps its form colour, and shows the frame's behind it:
+  // the system's window colour either way.
+  EXPECT_EQ(frame->Panel1->Color, ui::clWindow);
+  EXPECT_EQ(PaintedColour(*frame->Panel1), GetSysColor(COLOR_WINDOW));
   ASSERT_TRUE(WaitForTimerRun(*frame));
+  const ULONGLONG offered = nox_test::ClockMs() - made;
+  EXPECT_GE(offered, 3000 - kClockSlack);
+  EXPECT_LT(offered, 3000 + kLate);
   EXPECT_EQ(frame->Panel1->Tag, 0);
   EXPECT_FALSE(WNOXView::ProgLoaded);
-  EXPECT_TRUE(frame->bnShowPlug->Visible());
   // A resize with nothing docked does nothing.
   form_->SetBounds(0, 0, 700, 400);
 }
@@ -267,9 +293,37 @@ TEST_F(SpineFrame, AWindowLaterThanTheLastRetryIsNotDocked) {
   SetEnvironmentVariableW(L"NOXPLUGIN_OPTIONS", L"--show-after 11000");
   TMainFrame* frame = NewFrame();
   ASSERT_TRUE(WaitForTimerRun(*frame));
+  // The frame looked 2000 ms after the start and then 5 times 1500 ms apart, no longer.
+  const ULONGLONG waited = nox_test::ClockMs() - CompanionStartedAt();
+  EXPECT_GE(waited, 2000 + 5 * 1500 - kClockSlack);
+  EXPECT_LT(waited, 2000 + 5 * 1500 + kLate);
   EXPECT_EQ(frame->Panel1->Tag, 0);
   EXPECT_FALSE(WNOXView::ProgLoaded);
-  KillCompanions();  // never docked, so nobody asks it to close
+  nox_test::EndProcesses(kCompanionExe);  // never docked, so nobody asks it to close
+}
+
+TEST_F(SpineFrame, ShowPlugInAsksBothProgramWindowsToCloseAndResizesStillMoveTheOldOne) {
+  // The companion's two windows played by this thread; the program started ends at once.
+  nox_test::StandInWindow mainForm(L"TMainForm", kCompanionTitle, true);
+  nox_test::StandInWindow application(L"TApplication", kCompanionTitle, false);
+  SetProgramLocation(nox_test::WidePath(NOX_RECORDARGS_EXE));
+  TMainFrame* frame = NewFrame();
+  ASSERT_TRUE(WaitForTimerRun(*frame));
+  ASSERT_EQ(Docked(*frame), mainForm.get());
+
+  SendMessageW(frame->bnShowPlug->Handle(), BM_CLICK, 0, 0);
+  PumpUntil([&] { return mainForm.Count(WM_CLOSE) > 0 && application.Count(WM_CLOSE) > 0; },
+            1000);
+  EXPECT_EQ(mainForm.Count(WM_CLOSE), 1);
+  EXPECT_EQ(application.Count(WM_CLOSE), 1);
+  EXPECT_FALSE(WNOXView::ProgLoaded);
+  // The panel keeps the handle: a window still there goes on following the panel.
+  form_->SetBounds(0, 0, 640, 420);
+  Pause(300);
+  const RECT r = RectIn(mainForm.get(), frame->Panel1->Handle());
+  EXPECT_EQ(r.right - r.left, frame->Panel1->Width());
+  EXPECT_EQ(r.bottom - r.top, frame->Panel1->Height());
+  delete frame;  // before its timer starts the program again
 }
 
 TEST_F(SpineFrame, ShowPlugInRestartsTheCompanionAndRestartsLeaveNothingBehind) {
@@ -280,25 +334,26 @@ TEST_F(SpineFrame, ShowPlugInRestartsTheCompanionAndRestartsLeaveNothingBehind) 
   ASSERT_TRUE(IsWindow(first));
 
   // The button closes the program; the timer starts a new one 3000 ms later.
-  SendMessageW(reinterpret_cast<HWND>(frame->bnShowPlug->Handle()), BM_CLICK, 0, 0);
+  SendMessageW(frame->bnShowPlug->Handle(), BM_CLICK, 0, 0);
   EXPECT_FALSE(WNOXView::ProgLoaded);
   ASSERT_TRUE(PumpUntil([&] { return !IsWindow(first); }, 10000));
   ASSERT_TRUE(PumpUntil([&] { return WNOXView::ProgLoaded; }, 20000));
   EXPECT_NE(Docked(*frame), first);
-  EXPECT_EQ(CompanionProcesses(), 1);
+  EXPECT_EQ(nox_test::CountProcesses(kCompanionExe), 1);
 
-  DWORD handlesBefore = 0, handlesAfter = 0;
-  GetProcessHandleCount(GetCurrentProcess(), &handlesBefore);
-  for (int i = 0; i < 50; ++i) {
+  // An ended program whose process handle the frame kept can still be opened by its id.
+  std::vector<DWORD> ended;
+  for (int i = 0; i < 10; ++i) {
+    nox_test::ForEachProcess(kCompanionExe, [&](DWORD id) { ended.push_back(id); });
     frame->StopProg();
-    ASSERT_TRUE(PumpUntil([] { return CompanionProcesses() == 0; }, 10000)) << "restart " << i;
+    ASSERT_TRUE(PumpUntil(NoCompanionRuns, 10000)) << "restart " << i;
     frame->Timer1Timer(frame);
     ASSERT_TRUE(WNOXView::ProgLoaded) << "restart " << i;
   }
   delete frame;
-  EXPECT_TRUE(PumpUntil([] { return CompanionProcesses() == 0; }, 10000));
-  GetProcessHandleCount(GetCurrentProcess(), &handlesAfter);
-  EXPECT_LE(handlesAfter, handlesBefore + 2);
+  EXPECT_TRUE(PumpUntil(NoCompanionRuns, 10000));
+  for (const DWORD id : ended)
+    EXPECT_FALSE(rtl::unique_handle(OpenProcess(SYNCHRONIZE, FALSE, id))) << "process " << id;
 }
 
 TEST_F(SpineFrame, OneDockedProgramServesEveryFrame) {
@@ -307,7 +362,7 @@ TEST_F(SpineFrame, OneDockedProgramServesEveryFrame) {
   TMainFrame* second = NewFrame();
   ASSERT_TRUE(WaitForTimerRun(*first));
   ASSERT_TRUE(WaitForTimerRun(*second));
-  EXPECT_EQ(CompanionProcesses(), 1);
+  EXPECT_EQ(nox_test::CountProcesses(kCompanionExe), 1);
   EXPECT_TRUE((first->Panel1->Tag > 0) != (second->Panel1->Tag > 0));
 }
 
@@ -385,6 +440,8 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   EXPECT_STREQ(info->PackageName, L"WNOXD13_64");
   const std::wstring description = L"--- Quillmark Noxdesk PlugIn f\u00fcr Delphi 13 64 Bit Welcome Page";
   EXPECT_EQ(info->Description, description);
+  EXPECT_EQ(std::vector<std::wstring>(info->Requires, info->Requires + info->RequiresCount),
+            (std::vector<std::wstring>{L"designide370", L"vcl370", L"rtl370"}));
   std::vector<std::wstring> names;
   for (int i = 0; i < info->UnitCount; ++i) names.push_back(info->Units[i].Name);
   EXPECT_EQ(names, (std::vector<std::wstring>{L"WNOXD13_64", L"NOXEData", L"Qm_tools",
@@ -465,7 +522,7 @@ TEST_F(SpineFrame, UnloadingThePackageEndsTheDockedCompanion) {
   };
   ASSERT_TRUE(PumpUntil(dockedBelowView, 20000));
   Call(module, "Finalize");
-  EXPECT_TRUE(PumpUntil([] { return CompanionProcesses() == 0; }, 10000));
+  EXPECT_TRUE(PumpUntil(NoCompanionRuns, 10000));
   WelcomePagePluginService = nullptr;
   FreeLibrary(module);
 }

@@ -1,8 +1,11 @@
 // Small helpers the Win32 test sources share: paths of the build as Wine sees them, files
-// in the temporary folder, the messages the library shows, and the popup menu on screen.
+// in the temporary folder, the messages the library shows, the popup menu on screen, other
+// programs (started, walked, timed, ended) and stand-ins for their windows.
 #pragma once
 
 #include <windows.h>
+// After windows.h, which it needs.
+#include <tlhelp32.h>
 
 #include <string>
 #include <string_view>
@@ -10,6 +13,7 @@
 
 #include "dialog/QMMessageDlgVCL.h"
 #include "rtl/handles.h"
+#include "ui/winclass.h"
 
 namespace nox_test {
 
@@ -22,6 +26,12 @@ inline std::u16string WinPath(std::string_view unixPath) {
   std::u16string r = u"Z:";
   for (const char c : unixPath) r += c == '/' ? u'\\' : static_cast<char16_t>(c);
   return r;
+}
+
+// The same, wide, for command lines and the system's calls.
+inline std::wstring WidePath(std::string_view unixPath) {
+  const std::u16string path = WinPath(unixPath);
+  return std::wstring(path.begin(), path.end());
 }
 
 // With its final backslash.
@@ -87,5 +97,138 @@ inline HWND VisibleMenuWindow() {
       reinterpret_cast<LPARAM>(&found));
   return found;
 }
+
+// ---- Other programs -------------------------------------------------------------------
+
+// A program started with `commandLine`; `process` is empty when it did not start.
+struct StartedProgram {
+  rtl::unique_handle process;
+  DWORD id = 0;
+};
+
+inline StartedProgram StartProgram(std::wstring commandLine) {
+  STARTUPINFOW si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  StartedProgram started;
+  if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                      &si, &pi))
+    return started;
+  const rtl::unique_handle thread(pi.hThread);
+  started.process.reset(pi.hProcess);
+  started.id = pi.dwProcessId;
+  return started;
+}
+
+// Calls visit(process id) for every running process of the executable `exeName`.
+template <class Visit>
+void ForEachProcess(const wchar_t* exeName, Visit visit) {
+  const rtl::unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof(entry);
+  for (BOOL ok = Process32FirstW(snapshot.get(), &entry); ok;
+       ok = Process32NextW(snapshot.get(), &entry))
+    if (lstrcmpiW(entry.szExeFile, exeName) == 0) visit(entry.th32ProcessID);
+}
+
+inline int CountProcesses(const wchar_t* exeName) {
+  int count = 0;
+  ForEachProcess(exeName, [&](DWORD) { ++count; });
+  return count;
+}
+
+// Ends every running process of `exeName` and waits until each has gone.
+inline void EndProcesses(const wchar_t* exeName) {
+  ForEachProcess(exeName, [](DWORD id) {
+    const rtl::unique_handle p(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, id));
+    if (!p) return;
+    TerminateProcess(p.get(), 1);
+    WaitForSingleObject(p.get(), 5000);
+  });
+}
+
+inline ULONGLONG Milliseconds(const FILETIME& t) {
+  return ((static_cast<ULONGLONG>(t.dwHighDateTime) << 32) | t.dwLowDateTime) / 10000;
+}
+
+// The system clock in milliseconds, the scale of StartedAt.
+inline ULONGLONG ClockMs() {
+  FILETIME now;
+  GetSystemTimeAsFileTime(&now);
+  return Milliseconds(now);
+}
+
+// When process `id` was created, on the scale of ClockMs; 0 when it is not known.
+inline ULONGLONG StartedAt(DWORD id) {
+  const rtl::unique_handle p(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
+  FILETIME created, exited, kernel, user;
+  if (!p || !GetProcessTimes(p.get(), &created, &exited, &kernel, &user)) return 0;
+  return Milliseconds(created);
+}
+
+// Whether `ancestor` is on the parent chain of `wnd`. Unlike IsChild, which wants WS_CHILD
+// all the way up, this also sees a top-level window that was re-parented as it was.
+inline bool IsDescendant(HWND ancestor, HWND wnd) {
+  for (HWND p = GetAncestor(wnd, GA_PARENT); p != nullptr; p = GetAncestor(p, GA_PARENT))
+    if (p == ancestor) return true;
+  return false;
+}
+
+// A window of this thread in place of another program's: the class and title it is looked
+// for by, shown as a captioned window or hidden, and a record of what it was sent or
+// posted. It lets nothing close it: a WM_CLOSE is only noted.
+class StandInWindow {
+ public:
+  struct Message {
+    UINT id;
+    // A WM_COPYDATA's number, its cbData bytes and the class of the window that sent it.
+    ULONG_PTR dwData = 0;
+    std::wstring payload;
+    std::wstring fromClass;
+  };
+
+  StandInWindow(const wchar_t* className, const wchar_t* title, bool shown)
+      : window_(ui::AllocateHWnd(
+            [this](HWND w, UINT m, WPARAM wp, LPARAM lp) { return Receive(w, m, wp, lp); },
+            className, true)) {
+    SetWindowTextW(window_.get(), title);
+    if (!shown) return;
+    SetWindowLongW(window_.get(), GWL_STYLE, WS_OVERLAPPEDWINDOW);
+    SetWindowLongW(window_.get(), GWL_EXSTYLE, 0);
+    SetWindowPos(window_.get(), HWND_TOP, 40, 40, 640, 400,
+                 SWP_FRAMECHANGED | SWP_SHOWWINDOW | SWP_NOACTIVATE);
+  }
+  StandInWindow(const StandInWindow&) = delete;
+  StandInWindow& operator=(const StandInWindow&) = delete;
+
+  HWND get() const { return window_.get(); }
+  // What came of one kind, in order.
+  std::vector<Message> Received(UINT id) const {
+    std::vector<Message> these;
+    for (const Message& m : received)
+      if (m.id == id) these.push_back(m);
+    return these;
+  }
+  int Count(UINT id) const { return static_cast<int>(Received(id).size()); }
+  std::vector<Message> received;
+
+ private:
+  LRESULT Receive(HWND w, UINT m, WPARAM wp, LPARAM lp) {
+    if (m == WM_COPYDATA) {
+      const auto* cds = reinterpret_cast<const COPYDATASTRUCT*>(lp);
+      wchar_t from[64] = L"";
+      GetClassNameW(reinterpret_cast<HWND>(wp), from, 64);
+      received.push_back({m, cds->dwData,
+                          std::wstring(static_cast<const wchar_t*>(cds->lpData),
+                                       cds->cbData / sizeof(wchar_t)),
+                          from});
+      return TRUE;
+    }
+    received.push_back({m, 0, {}, {}});
+    return m == WM_CLOSE ? 0 : DefWindowProcW(w, m, wp, lp);
+  }
+
+  rtl::unique_hwnd window_;
+};
 
 }  // namespace nox_test
