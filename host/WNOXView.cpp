@@ -53,9 +53,18 @@ ui::TColor NoxdeskLogo(int x, int y) {
 }
 
 bool FileExists(const std::u16string& path) {
-  // Links are followed: the attributes are those of the target.
+  // The attributes of a link are its own; what it leads to is asked by opening it.
   const DWORD attributes = GetFileAttributesW(W(path));
-  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+  std::optional<std::uint32_t> own, target;
+  if (attributes != INVALID_FILE_ATTRIBUTES) own = attributes;
+  if (own && (*own & FILE_ATTRIBUTE_REPARSE_POINT)) {
+    const rtl::unique_hfile f(CreateFileW(W(path), 0,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                          nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    BY_HANDLE_FILE_INFORMATION info{};
+    if (f && GetFileInformationByHandle(f.get(), &info)) target = info.dwFileAttributes;
+  }
+  return ProgramFileExists(own, target);
 }
 
 }  // namespace

@@ -18,4 +18,12 @@ std::u16string SlaveParameters(std::int32_t frameHandle) {
   return std::u16string(kSlavePrefix) + rtl::IntToStr(frameHandle) + std::u16string(kSlaveSuffix);
 }
 
+bool ProgramFileExists(std::optional<std::uint32_t> attributes,
+                       std::optional<std::uint32_t> targetAttributes) {
+  constexpr std::uint32_t kDirectory = 0x10, kReparsePoint = 0x400;
+  if (!attributes || (*attributes & kDirectory)) return false;
+  if (!(*attributes & kReparsePoint)) return true;
+  return targetAttributes && !(*targetAttributes & kDirectory);
+}
+
 }  // namespace WNOXView

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -30,5 +31,11 @@ std::u16string DefaultProgram(std::u16string_view hostExe);
 
 // Parameters for the companion program: Slave "Delphi 13 Florence" "<frame handle>".
 std::u16string SlaveParameters(std::int32_t frameHandle);
+
+// Whether the program file is there, links followed: from the attributes of the name
+// itself (std::nullopt: nothing of that name) and, for a link (a reparse point), of what
+// it leads to (std::nullopt: a dangling link). A folder is no program.
+bool ProgramFileExists(std::optional<std::uint32_t> attributes,
+                       std::optional<std::uint32_t> targetAttributes);
 
 }  // namespace WNOXView

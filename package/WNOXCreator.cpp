@@ -5,6 +5,8 @@
 #include "rtl/unitinit.h"
 #include "ui/forms.h"
 
+#include <utility>
+
 namespace WNOXCreator {
 
 using namespace ToolsAPI::WelcomePage;
@@ -13,6 +15,11 @@ namespace {
 // The same ID registers the plug-in, names its view and unregisters it.
 constexpr wchar_t kPluginID[] = L"WNOX";
 rtl::TUnitCounter Counter;
+// The package's own reference to the creator it registered, as COM holds one: the creator
+// lives until unregistration whatever the service does with its reference (a service that
+// refuses a duplicate takes none). Released by PlugInFinish, never by the module's
+// unloading.
+TWPDemoPlugInCreator* Registered = nullptr;
 }  // namespace
 
 TWPDemoPlugInCreator::TWPDemoPlugInCreator() = default;
@@ -20,13 +27,16 @@ TWPDemoPlugInCreator::TWPDemoPlugInCreator() = default;
 TWPDemoPlugInCreator::~TWPDemoPlugInCreator() { DestroyView(); }
 
 void TWPDemoPlugInCreator::PlugInStartup() {
-  // The service's reference keeps the creator alive from here on.
-  if (WelcomePagePluginService != nullptr)
-    WelcomePagePluginService->RegisterPluginCreator(new TWPDemoPlugInCreator());
+  if (WelcomePagePluginService == nullptr) return;
+  if (Registered != nullptr) std::exchange(Registered, nullptr)->Release();
+  Registered = new TWPDemoPlugInCreator();
+  Registered->AddRef();
+  WelcomePagePluginService->RegisterPluginCreator(Registered);
 }
 
 void TWPDemoPlugInCreator::PlugInFinish() {
   if (WelcomePagePluginService != nullptr) WelcomePagePluginService->UnRegisterPlugin(kPluginID);
+  if (Registered != nullptr) std::exchange(Registered, nullptr)->Release();
 }
 
 std::u16string TWPDemoPlugInCreator::GetPluginID() { return u"WNOX"; }

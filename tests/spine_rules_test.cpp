@@ -18,6 +18,16 @@ TEST(SpineRules, SettingsFileLiesUnderTheRoamingFolder) {
   EXPECT_EQ(SettingsFileName(u""), u"quillmark\\NOX\\NOX.INI");
 }
 
+TEST(SpineRules, TheProgramFileCountsWithLinksFollowed) {
+  constexpr std::uint32_t file = 0x20, folder = 0x10, link = 0x400;
+  EXPECT_TRUE(ProgramFileExists(file, std::nullopt));
+  EXPECT_FALSE(ProgramFileExists(std::nullopt, std::nullopt));
+  EXPECT_FALSE(ProgramFileExists(folder, std::nullopt));
+  EXPECT_TRUE(ProgramFileExists(file | link, file)) << "a link to the program";
+  EXPECT_FALSE(ProgramFileExists(file | link, std::nullopt)) << "a dangling link";
+  EXPECT_FALSE(ProgramFileExists(file | link, folder)) << "a link to a folder";
+}
+
 TEST(SpineRules, DefaultProgramLiesBesideTheHost) {
   struct Case { std::u16string exe, program; };
   for (const auto& c : std::initializer_list<Case>{

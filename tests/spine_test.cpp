@@ -396,7 +396,7 @@ class FakeWelcomePage final : public INTAWelcomePagePluginService {
   ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
   ULONG STDMETHODCALLTYPE Release() override { return 1; }
   void RegisterPluginCreator(INTAWelcomePageContentPluginCreator* c) override {
-    c->AddRef();
+    references.push_back(c->AddRef());
     creators.push_back(c);
   }
   void UnRegisterPlugin(const wchar_t* id) override {
@@ -404,7 +404,7 @@ class FakeWelcomePage final : public INTAWelcomePagePluginService {
     for (auto*& c : creators)
       if (c != nullptr && c->GetPluginID() == u"WNOX") {
         c->DestroyView();
-        c->Release();
+        references.push_back(c->Release());
         c = nullptr;
       }
   }
@@ -420,6 +420,7 @@ class FakeWelcomePage final : public INTAWelcomePagePluginService {
   }
   ui::TWinControl* parent = nullptr;  // where views are shown; none: views stay windowless
   std::vector<INTAWelcomePageContentPluginCreator*> creators;
+  std::vector<ULONG> references;  // the counts AddRef and Release gave back
   std::vector<std::wstring> unregistered, captions;
 };
 
@@ -461,6 +462,9 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   Call(module, "Register");
   ASSERT_EQ(page.creators.size(), 1u);
   INTAWelcomePageContentPluginCreator* creator = page.creators[0];
+  // The package holds a reference of its own, as COM does: one the service does not take
+  // (a refused registration) does not leak the creator, and one it drops frees nothing.
+  EXPECT_EQ(page.references, std::vector<ULONG>{2});
   EXPECT_EQ(creator->GetPluginID(), u"WNOX");
   EXPECT_EQ(creator->GetPluginName(), u"Noxdesk");
   EXPECT_EQ(creator->GetView(), nullptr);
@@ -484,6 +488,7 @@ TEST_F(SpineFrame, PackageRegistersBuildsViewsAndStopsHarmlessly) {
   EXPECT_TRUE(page.unregistered.empty());
   Call(module, "Finalize");
   EXPECT_EQ(page.unregistered, std::vector<std::wstring>{L"WNOX"});
+  EXPECT_EQ(page.references, (std::vector<ULONG>{2, 1})) << "the package's own is released last";
 
   // Once the Welcome Page is gone, a start and stop of the package asks nothing of it.
   WelcomePagePluginService = nullptr;
