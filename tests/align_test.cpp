@@ -53,9 +53,9 @@ TEST(AlignBounds, ChildrenTakeTheirSharesInTheFrameworksOrder) {
       {"alBottom tie: the later child goes to the bottom edge",
        {Child(alBottom, {0, 90, 9, 100}), Child(alBottom, {0, 95, 9, 100})},
        {{0, 85, 200, 95}, {0, 95, 200, 100}}},
-      {"alLeft by current Left",
-       {Child(alLeft, {50, 0, 60, 9}), Child(alLeft, {0, 0, 20, 9})},
-       {{20, 0, 30, 100}, {0, 0, 20, 100}}},
+      {"alLeft by current Left; on a tie the earlier child stays left",
+       {Child(alLeft, {50, 0, 60, 9}), Child(alLeft, {0, 0, 20, 9}), Child(alLeft, {0, 0, 5, 9})},
+       {{25, 0, 35, 100}, {0, 0, 20, 100}, {20, 0, 25, 100}}},
       {"alRight tie: the later child goes to the right edge",
        {Child(alRight, {0, 0, 10, 9}), Child(alRight, {-10, 0, 10, 9})},
        {{170, 0, 180, 100}, {180, 0, 200, 100}}},
@@ -70,6 +70,10 @@ TEST(AlignBounds, ChildrenTakeTheirSharesInTheFrameworksOrder) {
        {WithMargins(alTop, {0, 0, 9, 10}, {}), WithMargins(alLeft, {0, 0, 10, 9}, {1, 2, 3, 4}),
         Child(alClient, {})},
        {{3, 3, 197, 13}, {1, 18, 11, 96}, {14, 16, 200, 100}}},
+      {"shares that fill the client exactly leave alClient nothing, margins and all",
+       {Child(alTop, {0, 0, 9, 100}), Child(alLeft, {0, 0, 200, 9}),
+        WithMargins(alClient, {0, 0, 9, 7}, {1, 1, 1, 1})},
+       {{0, 0, 200, 100}, {0, 100, 200, 100}, {201, 101, 201, 101}}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

@@ -70,6 +70,7 @@ TEST(FieldsRead, OnePassReaderOddCallsStayInBounds) {
   };
   const Case cases[] = {
       {u"abc;def", 0, 3, 0, u"a", 4, 0},  // index == count: text before start, less one
+      {u"abc;def", 0, 7, 0, u"abc;d", 8, 0},  // ... also from the last character
       {u"a;b;c", 3, 1, 0, u"c", 6, 2},    // skips ahead
       {u"a;b", 5, 1, 0, u"", 1, 1},       // beyond the end: start stays, count counts
       {u"a;b", 1, -7, 0, u"a", 3, 1},     // a start below 1 reads from 1
@@ -137,6 +138,7 @@ TEST(FieldsWrite, WritersKeepTheirStoredShapes) {
       {Delete, u"abc", u"", 1, u""},           {Delete, u"a;b;c", u"", 5, u"a;b;c"},
       {ins, u"a;b;c", u"x", 1, u"a;x;b;c"},    {ins, u"a;b;c", u"x", 3, u"a;b;c"},
       {ins, u"a;b", u"x", 9, u"a;b"},          {ins, u"abc", u"x", 9, u"x;abc"},
+      {ins, u"a;b;", u"x", 2, u"a;b;x;"},  // after the last field of a terminated list
       {ins, u"a;b", u"x", 0, u"ax;;b"},        {before, u"a;b;c", u"x", 2, u"a;x;b;c"},
       {before, u";b", u"x", 2, u"x;;b"},       {before, u"ab;c", u"x", 1, u"ax;b;c"},
       {before, u"a;b", u"x", 9, u"a;b"},       {before, u"a;b", u"x", 0, u"a;b"},

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "rtl/meminifile.h"
 #include "rtl/ustring.h"
@@ -67,6 +68,14 @@ TEST_F(IniFileMem, ChangesReachTheFileOnlyWithUpdateFile) {
   again.EraseSection(u"t");
   again.UpdateFile();
   EXPECT_EQ(Read(), "[S]\r\nb=\r\n\r\n");
+  // The same lines into a list that is shown: its old content goes, one change is told.
+  rtl::TStringList shown;
+  shown.Add(u"stale");
+  int changes = 0;
+  shown.OnChange = [&](rtl::TObject*) { ++changes; };
+  again.GetStrings(shown);
+  EXPECT_EQ(shown.Text(), u"[S]\r\nb=\r\n\r\n");
+  EXPECT_EQ(changes, 1);
 }
 
 TEST_F(IniFileMem, KeepsTheEncodingAndMarkItWasReadIn) {
@@ -86,13 +95,12 @@ TEST_F(IniFileMem, KeepsTheEncodingAndMarkItWasReadIn) {
 }
 
 TEST(IniFileMemNumbers, ReadLikeTheFrameworksConversion) {
-  EXPECT_EQ(rtl::IniStrToInt(u" 42 ", 0), 42);
-  EXPECT_EQ(rtl::IniStrToInt(u"-0x10", 0), -16);
-  EXPECT_EQ(rtl::IniStrToInt(u"$FFFFFFFF", 0), -1);
-  EXPECT_EQ(rtl::IniStrToInt(u"$123456789", 7), 7);
-  EXPECT_EQ(rtl::IniStrToInt(u"4 2", 7), 7);
-  EXPECT_EQ(rtl::IniStrToInt(u"", 7), 7);
-  EXPECT_EQ(rtl::IniStrToInt(u"true", 7), 7);
+  struct Case { std::u16string text; int want; };
+  for (const auto& c : std::vector<Case>{
+           {u" 42 ", 42}, {u"-0x10", -16}, {u"$FFFFFFFF", -1}, {u"$ff", 255},
+           {u"0XA0", 160}, {u"$9aF", 2479}, {u"$123456789", 7}, {u"$1G", 7}, {u"0x", 7},
+           {u"4 2", 7}, {u"", 7}, {u"true", 7}})
+    EXPECT_EQ(rtl::IniStrToInt(c.text, 7), c.want) << rtl::Utf16ToUtf8(c.text);
 }
 
 }  // namespace

@@ -1,11 +1,12 @@
 // Path rules of the tool library that need no system: trailing backslashes, parents, the
-// portable mapping, numbered names, sanitising, short-name expansion and the start-up
-// rules for INI file, data folder and locale formats.
+// portable mapping, numbered names, sanitising, short-name expansion, the start-up rules
+// for INI file, data folder and locale formats, and the globals' start values.
 #include <gtest/gtest.h>
 
 #include <set>
 #include <string>
 
+#include "rtl/formatsettings.h"
 #include "rtl/sysutils.h"
 #include "tools/paths.h"
 #include "tools/qm_globals.h"
@@ -37,7 +38,7 @@ TEST(PathsSlashes, TrailingBackslashesAndParents) {
 TEST(PathsSanitising, FileAndFolderNames) {
   EXPECT_EQ(qm_GetValidFilename(u"a'b\"c*d/e:f<g>h?i\\j|k\x01l\x1Fm"),
             u"a_b\"c_d_e_f_g_h_i_j_k_l_m");
-  EXPECT_EQ(qm_GetValidFilename(u"Bericht (ÄÖÜ).txt"), u"Bericht (ÄÖÜ).txt");
+  EXPECT_EQ(qm_GetValidFilename(u"Bericht~1 (ÄÖÜ).txt"), u"Bericht~1 (ÄÖÜ).txt");
   EXPECT_EQ(qm_GetValidDirName(u"C:\\a:b\\\"c*?|<>/\x02"), u"C:\\a_b\\_c_______");
   EXPECT_EQ(qm_GetValidDirName(u"\\\\server\\share\\\\x"), u"\\\\server\\share\\_x");
   EXPECT_EQ(qm_GetValidDirName(u"C:\\a'b"), u"C:\\a'b");
@@ -72,7 +73,7 @@ TEST(PathsUniqueNames, NumberedSeriesSkipTakenNames) {
   std::set<std::u16string> taken;
   auto exists = [&](const std::u16string& p) { return taken.contains(p); };
   EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"1", exists), u"C:\\d\\Bericht1.txt");
-  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht7.txt", u"1", exists), u"C:\\d\\Bericht1.txt")
+  EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht70.txt", u"1", exists), u"C:\\d\\Bericht1.txt")
       << "trailing digits belong to the number";
   EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"", exists), u"C:\\d\\Bericht.txt");
   taken = {u"C:\\d\\Bericht.txt", u"C:\\d\\Bericht1.txt", u"C:\\d\\Bericht2.txt"};
@@ -82,8 +83,12 @@ TEST(PathsUniqueNames, NumberedSeriesSkipTakenNames) {
       << "a dot in a folder is no extension";
   EXPECT_EQ(NotExistingFilename(u"C:\\d\\Bericht.txt", u"x", exists), u"C:\\d\\Berichtx.txt");
   taken.insert(u"C:\\d\\Berichtx.txt");
-  EXPECT_THROW(NotExistingFilename(u"C:\\d\\Bericht.txt", u"x", exists), rtl::EConvertError)
-      << "the number is read once the first candidate is taken";
+  try {
+    NotExistingFilename(u"C:\\d\\Bericht.txt", u"x", exists);
+    ADD_FAILURE() << "the number is read once the first candidate is taken";
+  } catch (const rtl::EConvertError& e) {
+    EXPECT_EQ(e.Message(), u"'x' is not a valid integer value");
+  }
   taken = {u"C:\\d\\Neu", u"C:\\d\\Neu1"};
   EXPECT_EQ(NotExistingDirName(u"C:\\d\\Neu", exists), u"C:\\d\\Neu2");
   EXPECT_EQ(NotExistingDirName(u"C:\\d\\Alt", exists), u"C:\\d\\Alt");
@@ -153,6 +158,34 @@ TEST(PathsStartup, LocaleFormatsTakeTheLibrarysSeparatorsAndGermanMonths) {
   org.ShortDateFormat = u"MM/dd/yy";
   EXPECT_TRUE(AdjustStartupFormats(processWide, fms, org));
   EXPECT_EQ(org.ShortDateFormat, u"MM/dd/yy");
+}
+
+TEST(PathsStartup, UsEnglishFormatsAreTheOnesAmericansWrite) {
+  const rtl::TFormatSettings en = rtl::GetLocaleFormatSettings(0x0409);
+  EXPECT_EQ(en.ShortDateFormat, u"M/d/yyyy");
+  EXPECT_EQ(en.LongDateFormat, u"dddd, MMMM d, yyyy");
+  EXPECT_EQ(en.TimeAMString + en.TimePMString, u"AMPM");
+  const std::u16string months[] = {u"January", u"February", u"March",     u"April",
+                                   u"May",     u"June",     u"July",      u"August",
+                                   u"September", u"October", u"November", u"December"};
+  const std::u16string days[] = {u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
+                                 u"Thursday", u"Friday", u"Saturday"};
+  // English short names are the first three letters.
+  for (size_t m = 0; m < 12; ++m) {
+    EXPECT_EQ(en.LongMonthNames[m], months[m]);
+    EXPECT_EQ(en.ShortMonthNames[m], months[m].substr(0, 3));
+  }
+  for (size_t d = 0; d < 7; ++d) {
+    EXPECT_EQ(en.LongDayNames[d], days[d]);
+    EXPECT_EQ(en.ShortDayNames[d], days[d].substr(0, 3));
+  }
+}
+
+TEST(PathsStartup, GlobalsHoldTheirStartValuesUntilAssigned) {
+  EXPECT_EQ(LinesToRead, 0);
+  EXPECT_EQ(sBuildHour, u"00:00");
+  EXPECT_EQ(DiskMode, u"Fixed");
+  EXPECT_EQ(CPULogical, CpuHard) << "the logical count is the hardware count, unstarted too";
 }
 
 }  // namespace

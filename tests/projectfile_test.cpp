@@ -171,6 +171,8 @@ TEST(ProjectFileGroups, ScanRulesAtGroupEdges) {
   // own.pas: in the group opened on line 5 and in the one opened on its own line.
   EXPECT_EQ(Qm_tools::GetXMLItemGroups(lines, u"<ItemGroup>", u"own.pas"),
             u"<ItemGroup>\x01<ItemGroup><Ref Include=\"own.pas\"/>\x01");
+  // The first line's group, by the item on its closing line.
+  EXPECT_EQ(Qm_tools::GetXMLItemGroups(lines, u"<ItemGroup>", u"A.pas"), u"<ItemGroup>\x01");
 
   rtl::TStringList props;
   Fill(props, {u"<PG a>", u"<P>1</P>", u"<PG b>", u"<P>2</P></PropertyGroup>", u"<P>3</P>",
@@ -180,6 +182,10 @@ TEST(ProjectFileGroups, ScanRulesAtGroupEdges) {
             u"<PG a>\x01<PG a>\x01<PG b>\x01");
   EXPECT_EQ(Qm_tools::GetXMLProperty(props, u"<PG", u"<Q>"), u"");
   EXPECT_EQ(Qm_tools::GetXMLProperty(props, u"<PG c>", u"<P>"), u"");  // group on last line
+  props.Add(u"<P>4</P>");
+  EXPECT_EQ(Qm_tools::GetXMLPropertyGroups(props, u"<PG", u"<P>"),
+            u"<PG a>\x01<PG a>\x01<PG b>\x01<PG c>\x01")
+      << "a group cut off by the end of the file holds what follows it";
 }
 
 TEST(ProjectFileValue, TakesOnlyWellFormedValues) {

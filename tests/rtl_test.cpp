@@ -59,9 +59,44 @@ TEST(RtlString, PosCountsFromOneAndZeroMeansAbsent) {
   EXPECT_EQ(Pos(u'c', u"abc"), 3);
 }
 
+TEST(RtlString, TrimDropsSpacesAndControlsAtTheEnds) {
+  struct Case { std::u16string in, both, left, right; };
+  for (const auto& c : std::vector<Case>{
+           {u" \t a b \r\n", u"a b", u"a b \r\n", u" \t a b"},
+           {u"a ", u"a", u"a ", u"a"},
+           {u"x", u"x", u"x", u"x"},
+           {u" \x01 ", u"", u"", u""},
+           {u"\u00A0a\u00A0", u"\u00A0a\u00A0", u"\u00A0a\u00A0", u"\u00A0a\u00A0"}}) {
+    EXPECT_EQ(Trim(c.in), c.both) << Utf16ToUtf8(c.in);
+    EXPECT_EQ(TrimLeft(c.in), c.left) << Utf16ToUtf8(c.in);
+    EXPECT_EQ(TrimRight(c.in), c.right) << Utf16ToUtf8(c.in);
+  }
+}
+
+TEST(RtlString, StrToIntDefReadsOnlyWholeDecimalNumbers) {
+  struct Case { std::u16string in; int want; };
+  for (const auto& c : std::vector<Case>{
+           {u"42", 42}, {u" -17 ", -17}, {u"+7", 7}, {u"-2147483648", -2147483647 - 1},
+           {u"2147483647", 2147483647}, {u"2147483648", -1}, {u"4 2", -1}, {u"", -1},
+           {u" ", -1}, {u"-", -1}, {u"0x10", -1}, {u"12a", -1}})
+    EXPECT_EQ(StrToIntDef(c.in, -1), c.want) << Utf16ToUtf8(c.in);
+}
+
+TEST(RtlString, StringReplaceAllGoesLeftToRightWithoutRescanning) {
+  struct Case { std::u16string s, from, to, want; };
+  for (const auto& c : std::vector<Case>{{u"xyx", u"x", u"ab", u"abyab"},
+                                         {u"aaa", u"aa", u"b", u"ba"},
+                                         {u"a.b", u".", u"..", u"a..b"},
+                                         {u"abc", u"", u"z", u"abc"},
+                                         {u"abc", u"d", u"z", u"abc"}})
+    EXPECT_EQ(StringReplaceAll(c.s, c.from, c.to), c.want) << Utf16ToUtf8(c.s);
+}
+
 TEST(RtlString, Utf8RoundTripsEveryPlane) {
-  const std::u16string text = u"A\u00E4\u20AC\U0001F600z";
-  EXPECT_EQ(Utf16ToUtf8(text), "A\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80z");
+  // Each length's first character too: U+0080 and U+0800.
+  const std::u16string text = u"A\u0080\u00A7\u00E4\u0800\u20AC\U0001F600z";
+  EXPECT_EQ(Utf16ToUtf8(text),
+            "A\xC2\x80\xC2\xA7\xC3\xA4\xE0\xA0\x80\xE2\x82\xAC\xF0\x9F\x98\x80z");
   EXPECT_EQ(Utf8ToUtf16(Utf16ToUtf8(text)), text);
 }
 
@@ -86,7 +121,8 @@ TEST(RtlUnicase, SimpleCaseMappingPairs) {
            {u'A', u'a'}, {u'Z', u'z'}, {u'À', u'à'}, {u'Þ', u'þ'}, {u'Ÿ', u'ÿ'},
            {u'Ā', u'ā'}, {u'Ĺ', u'ĺ'}, {u'Ň', u'ň'}, {u'Ŋ', u'ŋ'}, {u'Ž', u'ž'},
            {u'Ș', u'ș'}, {u'Ά', u'ά'}, {u'Ώ', u'ώ'}, {u'Σ', u'σ'}, {u'Ё', u'ё'},
-           {u'Я', u'я'}, {u'Ѣ', u'ѣ'}, {u'Ա', u'ա'}, {u'Ạ', u'ạ'}, {u'Ａ', u'ａ'}}) {
+           {u'Я', u'я'}, {u'Ѣ', u'ѣ'}, {u'Ա', u'ա'}, {u'Ạ', u'ạ'}, {u'Ａ', u'ａ'},
+           {u'Ύ', u'ύ'}, {u'Ӓ', u'ӓ'}, {u'Ḁ', u'ḁ'}}) {
     EXPECT_EQ(ToLowerChar(c.upper), c.lower) << int{c.upper};
     EXPECT_EQ(ToUpperChar(c.lower), c.upper) << int{c.lower};
   }
@@ -113,6 +149,7 @@ const std::vector<Ordered> kOrdered = {
     {u"its", u"it's"},     {u"\u0441\u0442\u043E\u043B", u"\u0441\u0442\u0443\u043B"},
     {u"\u03B1\u03B2", u"\u03B2\u03B1"}, {u"zz", u"\u03B1"}, {u"\u03C9", u"\u0430"},
     {u"o", u"\u00F8"},     {u"\u00F8", u"p"},       {u"ss", u"st"},
+    {u"a", u"\u0180"},
 };
 
 TEST(RtlUnicase, CollationOrdersLettersBeforeAccentsBeforeCase) {
@@ -131,11 +168,16 @@ TEST(RtlUnicase, CollationEqualities) {
            {u"Straße", u"Strasse", false}, {u"co\u00ADop", u"coop", false},
            {u"\u00E4", u"a\u0308", false}, {std::u16string(u"a\0b", 3), u"ab", false},
            {u"ÄPFEL", u"äpfel", true},     {u"\u03C3", u"\u03C2", true},
+           {u"\u00E7", u"c\u0327", false}, {u"\u0390", u"\u03B9\u0308\u0301", false},
            {u"", u"", false}}) {
     EXPECT_EQ(CollateCompare(c.a, c.b, c.ignoreCase), 0) << Utf16ToUtf8(c.a);
   }
-  EXPECT_NE(CollateCompare(u"\u03C3", u"\u03C2", false), 0);
-  EXPECT_NE(CollateCompare(u"a", u"\uFF41", true), 0);  // width still counts
+  // Different letters, accents or marks never tie; width still counts without case.
+  for (const auto& c : std::vector<Case>{
+           {u"\u03C3", u"\u03C2", false}, {u"a", u"\uFF41", true},
+           {u"l\u0307", u"\u0140", true}, {u"a\u2027b", u"a\u2043b", true}}) {
+    EXPECT_NE(CollateCompare(c.a, c.b, c.ignoreCase), 0) << Utf16ToUtf8(c.a);
+  }
 }
 
 TEST(RtlLocale, CaseMappingOfLatinGreekCyrillic) {
@@ -145,6 +187,13 @@ TEST(RtlLocale, CaseMappingOfLatinGreekCyrillic) {
   EXPECT_EQ(AnsiUpperCase(u"łódź żółć"), u"ŁÓDŹ ŻÓŁĆ");
   EXPECT_EQ(AnsiLowerCase(u"ΑΘΉΝΑ МОСКВА ЁЖ"), u"αθήνα москва ёж");
   EXPECT_EQ(AnsiUpperCase(u""), u"");
+  // Long enough for whole blocks of plain ASCII, then a tail with umlauts.
+  const std::u16string ascii = u"THE QUICK BROWN FOX JUMPS OVER THE LAZY DOG, AND BACK AGAIN: "
+                               u"0123456789 [ABC] @XYZ`.";
+  EXPECT_EQ(AnsiLowerCase(ascii + ascii + u"ÄÖÜ"),
+            u"the quick brown fox jumps over the lazy dog, and back again: 0123456789 [abc] @xyz`."
+            u"the quick brown fox jumps over the lazy dog, and back again: 0123456789 [abc] @xyz`."
+            u"äöü");
 }
 
 TEST(RtlLocale, SystemOrderAgreesWithTheNativeRules) {
@@ -322,9 +371,10 @@ TEST(RtlStringList, ChangeNotificationsWaitForTheOutermostUpdate) {
   };
   list.OnChange = [&](TObject*) { log += u'>'; };
   list.Add(u"a");
+  list.Put(0, u"b");
   list.Clear();
   list.Clear();  // nothing to clear, nothing to tell
-  EXPECT_EQ(log, u"<><>");
+  EXPECT_EQ(log, u"<><><>");
 
   log.clear();
   list.BeginUpdate();

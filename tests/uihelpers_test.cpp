@@ -1,10 +1,13 @@
 // The interface helpers' rules: wrapping and shortening text by measured width, colour
-// arithmetic and its text, the system's selection colour, rectangles, picture fitting and
-// the points where menus open. List and header rules are tested on real windows.
+// arithmetic and its text, the system's selection colour, rectangles, picture fitting, header
+// sections, the message naming the controls under the mouse and the points where menus open.
+// Lists, grids and headers themselves are tested on real windows.
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/qm_globals.h"
 #include "tools/uihelpers.h"
@@ -60,6 +63,12 @@ TEST(UiHelpersText, TextTooWideIsCutUntilItFitsWithDotsAndTwoPixelsToSpare) {
   for (const Case& c : cases)
     EXPECT_EQ(FitStrLen(c.width, Fixed(5), c.text), c.fitted)
         << std::string(c.text.begin(), c.text.end()) << " in " << c.width;
+}
+
+TEST(UiHelpersText, ControlsUnderTheMouseAreListedInnermostFirstWithParentsIndented) {
+  EXPECT_EQ(ControlHierarchyText({{u"TButton", u"OK"}, {u"TPanel", u"Bar"}, {u"TForm", u"Main"}}),
+            u"Steuerelemente unter der Maus:\r\nTButton \"OK\"\r\n  TPanel \"Bar\"\r\n"
+            u"    TForm \"Main\"");
 }
 
 TEST(UiHelpersColor, ChannelsMoveInProportionToThemselvesAndStayInRange) {
@@ -148,6 +157,18 @@ TEST(UiHelpersGeometry, PicturesFitTheirContainerWithTheAspectRatioKept) {
   FitPictureToContainerInt(100, 100, w, h);
   EXPECT_EQ(w, 0);
   EXPECT_EQ(h, 0);
+  // A quotient beyond the integers keeps its side too (here by a negative container).
+  w = INT_MAX, h = 1;
+  FitPictureToContainerInt(-1, 2, w, h);
+  EXPECT_EQ(w, INT_MAX);
+  EXPECT_EQ(h, 2);
+}
+
+TEST(UiHelpersGeometry, HeaderSectionsStartWhereTheOnesBeforeThemEnd) {
+  const std::vector<int> widths{40, 55, 70};
+  const std::pair<int, int> cases[] = {{0, 0}, {1, 40}, {2, 95}, {3, 165}, {9, 165}, {-1, 0}};
+  for (const auto& [index, left] : cases)
+    EXPECT_EQ(GetSectionLeftPos(widths, index), left) << "section " << index;
 }
 
 TEST(UiHelpersGeometry, ListLinesAreFoundOnlyInsideTheClientArea) {
