@@ -117,6 +117,26 @@ TEST(IniSettingsHostile, SizesAndScreensAtTheEndsOfTheIntegers) {
   // A form that insists on more than any screen: the work area, and inside it.
   EXPECT_EQ(Of(RestoreWindowBounds(ordinary, s, INT_MAX, INT_MAX, false)),
             Bounds(60, 40, 1220, 984));
+  // A form of no size, or of a negative one as a broken toolkit may report, keeps its corner
+  // at the ends of the integers as far as its far edge stays one.
+  struct {
+    int width, height;
+    TWindowPosRecord rec;
+    Corner corner, iniCorner;
+  } const forms[] = {
+      {0, 0, {INT_MAX, INT_MAX, 0, 0, 1}, {60, INT_MAX}, {60, INT_MAX}},
+      {-100, -100, {INT_MAX, INT_MAX, 0, 0, 1}, {60, INT_MAX}, {60, INT_MAX}},
+      {-100, -100, {INT_MIN, INT_MIN, 0, 0, 1}, {60, 41}, {INT_MIN + 100, 41}},
+  };
+  for (const auto& f : forms) {
+    SCOPED_TRACE(Narrow(WindowPosValue(f.rec)) + " " + std::to_string(f.width));
+    const ui::TRect corner = RestoreWindowCorner(f.rec, s, f.width, f.height);
+    const ui::TRect ini = RestoreWindowCornerIni(f.rec, s, f.width, f.height);
+    EXPECT_EQ(Corner(corner.Left, corner.Top), f.corner);
+    EXPECT_EQ(Corner(ini.Left, ini.Top), f.iniCorner);
+    for (const ui::TRect& r : {corner, ini})
+      EXPECT_EQ(Corner(r.Width(), r.Height()), Corner(f.width, f.height));
+  }
   // No monitor, and a virtual screen as large as the integers: no form is wider than an
   // integer, and its far edge stays one.
   s.MonitorFound = false;

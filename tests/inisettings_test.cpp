@@ -70,17 +70,18 @@ TEST(IniSettingsRestore, FullRestoreKeepsTheFormOnTheWorkArea) {
   EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 810, 620, 1}, s, 0, 0, false)), B(10, 20, 800, 600));
   // Saved on a wider desktop: the monitor's width from the left edge.
   EXPECT_EQ(Bounds(RestoreWindowBounds({300, 20, 1800, 620, 1}, s, 0, 0, false)), B(0, 20, 1280, 600));
-  // Taller than the monitor: from the top, then cut to the work area.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 200, 810, 1100, 1}, s, 0, 0, false)), B(10, 0, 800, 994));
+  // Taller than the monitor by more than 8: from the top, then cut to the work area.
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 200, 810, 1033, 1}, s, 0, 0, false)), B(10, 0, 800, 994));
   // Within 8 pixels beyond is tolerated; the form is then pushed back inside.
   EXPECT_EQ(Bounds(RestoreWindowBounds({488, 20, 1288, 620, 1}, s, 0, 0, false)), B(480, 20, 800, 600));
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 200, 810, 1032, 1}, s, 0, 0, false)), B(10, 162, 800, 832));
   // Too small: 100 x 60 at the least, or the form's larger minimum.
   EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 30, 30, 1}, s, 0, 0, false)), B(10, 20, 100, 60));
   EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 30, 30, 1}, s, 300, 50, false)), B(10, 20, 300, 60));
   // Left of the desktop: to the work area's left edge.
   EXPECT_EQ(Bounds(RestoreWindowBounds({-500, 20, -100, 320, 1}, s, 0, 0, false)), B(0, 20, 400, 300));
   // Low on the screen: pushed up until it fits. (The rule that keeps the top 40 pixels
-  // above the bottom never acts after that: a form is at least 60 pixels tall.)
+  // above the bottom acts after that only on a work area lower than 40 pixels.)
   EXPECT_EQ(Bounds(RestoreWindowBounds({10, 990, 810, 1000, 1}, s, 0, 10, false)), B(10, 934, 800, 60));
 }
 
@@ -99,6 +100,9 @@ TEST(IniSettingsRestore, TopTaskBarAndTheVariants) {
   s.MonitorFound = false;
   s.VirtualScreen = {0, 0, 640, 480};
   EXPECT_EQ(Bounds(RestoreWindowBounds({10, 100, 810, 700, 1}, s, 0, 0, false)), B(0, 0, 640, 480));
+  // A strip lower than the 40 pixels kept under the caption: the form fills it from its top.
+  s.VirtualScreen = {0, 0, 640, 30};
+  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 100, 810, 700, 1}, s, 0, 0, false)), B(0, 0, 640, 30));
 }
 
 TEST(IniSettingsRestore, CornerOnlyRules) {
@@ -109,14 +113,20 @@ TEST(IniSettingsRestore, CornerOnlyRules) {
     EXPECT_EQ(std::pair(c.Width(), c.Height()), std::pair(400, 300)) << "the size stays";
     return std::pair(c.Left, c.Top);
   };
-  EXPECT_EQ(corner({100, 50, 2000, 1100, 1}, false), std::pair(0, 0));
+  // Beyond the desktop or the monitor by more than 8 pixels: to that edge.
+  EXPECT_EQ(corner({100, 50, 1289, 1033, 1}, false), std::pair(0, 0));
+  EXPECT_EQ(corner({100, 50, 1288, 1032, 1}, false), std::pair(100, 50));
   EXPECT_EQ(corner({-3000, 50, 0, 100, 1}, false), std::pair(0, 50));
-  EXPECT_EQ(corner({1300, 50, 1400, 100, 1}, false), std::pair(0, 50));
+  // A corner right of the desktop goes to the work area's left; one on its edge stays.
+  EXPECT_EQ(corner({1281, 50, 1285, 100, 1}, false), std::pair(0, 50));
+  EXPECT_EQ(corner({1280, 50, 1285, 100, 1}, false), std::pair(1280, 50));
   s.PrimaryWorkArea = {60, 40, 1280, 1024};
   EXPECT_EQ(corner({100, 10, 400, 300, 1}, false), std::pair(100, 41));
   // The Ini variant counts from the work area and tests only the primary width.
   EXPECT_EQ(corner({100, 10, 9999, 9999, 1}, true), std::pair(160, 50));
   EXPECT_EQ(corner({1250, 10, 0, 0, 1}, true), std::pair(60, 50));
+  s.PrimaryWorkArea = {1, 1, 1280, 1024};
+  EXPECT_EQ(corner({100, 10, 0, 0, 1}, true), std::pair(101, 11));
 }
 
 TEST(IniSettingsRestore, ShowCommandTwoDependsOnTheRoutine) {
