@@ -3,6 +3,7 @@
 // are built here field by field, as each format lays them out.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -135,6 +136,8 @@ Bytes IconDib(std::int32_t width, std::int32_t height, std::uint16_t bits, std::
 TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
   // A TIFF, and text that is no picture: for the decoder to judge.
   const Bytes tiff{'I', 'I', 42, 0, 8, 0, 0, 0};
+  Bytes jpegFill = Jpeg(64, 32, 600);
+  jpegFill.insert(jpegFill.begin() + 20, {0xFF, 0xFF});  // fill bytes before the frame's marker
   const struct {
     const char* what;
     Bytes bytes;
@@ -161,6 +164,7 @@ TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
       // 64 million pixels take 125000 bytes at a bit per 8 x 8 block.
       {"JPEG with just enough bytes", Jpeg(8000, 8000, 125000), {ui::pfJpeg, 8000, 8000, 24}},
       {"progressive JPEG", Jpeg(64, 32, 600, 0xC2), {ui::pfJpeg, 64, 32, 24}},
+      {"JPEG with fill bytes", jpegFill, {ui::pfJpeg, 64, 32, 24}},
       {"arithmetic JPEG: no floor", Jpeg(8000, 8000, 300, 0xC9), {ui::pfJpeg, 8000, 8000, 24}},
       {"icon with a PNG", Ico(Png(16, 16, 8, 6)), {ui::pfIco, 16, 16, 32}},
       {"icon with a bitmap", Ico(IconDib(16, 16, 32, 16 * 16 * 4)), {ui::pfIco, 16, 16, 32}},
@@ -179,8 +183,12 @@ TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
 TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
   Bytes pngBadLength = Png(16, 16);
   pngBadLength[11] = 14;  // the header chunk's length
-  Bytes pngHugeChunk = Cut(Png(3000, 3000, 8, 0, 100), 8 + 25 + 8 + 100);
-  pngHugeChunk[33] = 0x7F;  // the image data chunk claims 2 GiB, the file ends in it
+  Bytes pngNoHeader = Png(16, 16);
+  std::copy_n("IDAT", 4, pngNoHeader.begin() + 12);  // the first chunk, of 13 bytes, not IHDR
+  // The image data chunk claims 2 GiB and the file ends in it: its 100 bytes make at most
+  // 103200, short of the 160000 of 400 x 400.
+  Bytes pngHugeChunk = Cut(Png(400, 400, 8, 0, 100), 8 + 25 + 8 + 100);
+  pngHugeChunk[33] = 0x7F;
   Bytes bmpFarPixels = Bmp(2, 2, 32, 16);
   bmpFarPixels[10] = 0xF0;  // the pixels 4 GiB on
   bmpFarPixels[13] = 0xFF;
@@ -190,6 +198,12 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
   jpegScanFirst[21] = 0xDA;  // the frame header's marker made a scan's
   Bytes jpegLengthOne = Jpeg(64, 32, 600);
   jpegLengthOne[5] = 1;
+  Bytes jpegNoComponents = Jpeg(64, 32, 600);
+  jpegNoComponents[29] = 0;
+  // No global colour table (the top flag bit) but a size for one: the frame follows at once.
+  Bytes gifNoTable = Gif(16, 16, 65535, 65535);
+  gifNoTable[10] = 0x01;
+  gifNoTable.erase(gifNoTable.begin() + 13, gifNoTable.begin() + 19);
   const struct {
     const char* what;
     Bytes bytes;
@@ -203,10 +217,12 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
       {"PNG colour type 5", Png(16, 16, 8, 5)},
       {"PNG RGB of 4 bits", Png(16, 16, 4, 2)},
       {"PNG header chunk of 14 bytes", pngBadLength},
+      {"PNG without a header chunk", pngNoHeader},
       {"PNG without image data", Png(16, 16, 8, 0, 0)},
       {"PNG cut in its header", Cut(Png(16, 16), 20)},
       {"PNG whose data chunk claims more than the file", pngHugeChunk},
       {"BMP claiming more rows than its bytes", Bmp(100, 100, 24, 10)},
+      {"bit-field BMP claiming more rows than its bytes", Bmp(100, 100, 32, 16, 3)},
       {"BMP without its last row's padding", Bmp(3, 2, 24, 23)},
       {"BMP of width 0", Bmp(0, 2, 24, 24)},
       {"BMP of negative width", Bmp(-3, 2, 24, 24)},
@@ -221,11 +237,13 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
       {"GIF screen of 65535 x 65535", Gif(65535, 65535)},
       {"GIF screen of 0 x 0", Gif(0, 0)},
       {"GIF frame of 65535 x 65535", Gif(16, 16, 65535, 65535)},
+      {"GIF frame of 65535 x 65535 after a screen without colours", gifNoTable},
       {"GIF cut in its screen", Cut(Gif(16, 16), 10)},
       {"JPEG of 8000 x 8000 in 300 bytes", Jpeg(8000, 8000, 300)},
       {"JPEG a byte short of its floor", Jpeg(8000, 8000, 124999)},
       {"JPEG of 65535 x 65535", Jpeg(65535, 65535, 1 << 20, 0xC9)},
       {"JPEG of height 0", Jpeg(64, 0, 600)},
+      {"JPEG of no components", jpegNoComponents},
       {"JPEG with a scan before its frame", jpegScanFirst},
       {"JPEG segment of length 1", jpegLengthOne},
       {"JPEG cut before its frame", Cut(Jpeg(64, 32, 600), 20)},

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -15,26 +16,27 @@ namespace {
 using rtl::TWriter;
 using Body = std::function<void(TWriter&)>;
 
-// "TPF0", a form with no properties, then `children` and the form's end mark.
-std::vector<std::uint8_t> FormBytes(const Body& children) {
+// "TPF0", a form with the properties `props` writes, then `children` and the form's end mark.
+std::vector<std::uint8_t> FormBytes(const Body& children, const Body& props = [](TWriter&) {}) {
   rtl::TMemoryStream stream;
   TWriter w(stream);
   w.WriteSignature();
   w.WriteStr(u"TForm1");
   w.WriteStr(u"Form1");
+  props(w);
   w.WriteListEnd();
   children(w);
   w.WriteListEnd();
   return stream.Bytes();
 }
 
-ui::TComponentTree Read(const std::vector<std::uint8_t>& bytes) {
+ui::TComponentTree Read(const std::vector<std::uint8_t>& bytes, const char16_t* root = u"TForm") {
   rtl::TMemoryStream stream(bytes);
-  return ui::ReadComponentTree(stream, u"TForm");
+  return ui::ReadComponentTree(stream, root);
 }
 
 // A component without properties whose children `inside` writes.
-Body Child(const char16_t* cls, const char16_t* name, Body inside = [](TWriter&) {}) {
+Body Child(std::u16string cls, std::u16string name, Body inside = [](TWriter&) {}) {
   return [=](TWriter& w) {
     w.WriteStr(cls);
     w.WriteStr(name);
@@ -63,16 +65,20 @@ Body Nested(int depth) {
   };
 }
 
-// One property of a label.
-Body LabelWith(const char16_t* property, Body value) {
+// A component with one property.
+Body With(const char16_t* cls, const char16_t* name, const char16_t* property, Body value) {
   return [=](TWriter& w) {
-    w.WriteStr(u"TLabel");
-    w.WriteStr(u"L");
+    w.WriteStr(cls);
+    w.WriteStr(name);
     w.WriteStr(property);
     value(w);
     w.WriteListEnd();
     w.WriteListEnd();
   };
+}
+
+Body LabelWith(const char16_t* property, Body value) {
+  return With(u"TLabel", u"L", property, value);
 }
 
 Body Picture(std::vector<std::uint8_t> data) {
@@ -99,6 +105,7 @@ struct HostileCase {
   const char* what;
   Body children;
   Refusal refusal;
+  const char16_t* named = nullptr;  // what the message names, as a word of its own
 };
 
 TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
@@ -112,39 +119,46 @@ TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
        Child(u"TPopupMenu", u"M", Child(u"TMenuItem", u"X", Child(u"TMenuItem", u"X"))),
        Refusal::filer},
       {"257 levels", Nested(257), Refusal::filer},
-      {"an unknown class", Child(u"TNoSuchControl", u"X"), Refusal::classNotFound},
+      {"an unknown class", Child(u"TNoSuchControl", u"X"), Refusal::classNotFound, u"TNoSuchControl"},
       {"a form inside a form", Child(u"TForm", u"F2"), Refusal::classNotFound},
       {"an abstract class", Child(u"TWinControl", u"W"), Refusal::classNotFound},
       {"a property the class lacks", LabelWith(u"BevelInner", [](TWriter& w) { w.WriteIdent(u"bvNone"); }),
-       Refusal::filer},
+       Refusal::filer, u"BevelInner"},
       {"text for a number", LabelWith(u"Left", [](TWriter& w) { w.WriteString(u"10"); }), Refusal::filer},
       {"a width beyond 32 bits", LabelWith(u"Width", [](TWriter& w) { w.WriteInteger(1ll << 40); }),
        Refusal::filer},
       {"an unknown alignment", LabelWith(u"Align", [](TWriter& w) { w.WriteIdent(u"alMiddle"); }),
-       Refusal::filer},
+       Refusal::filer, u"alMiddle"},
       {"an unknown colour name", LabelWith(u"Color", [](TWriter& w) { w.WriteIdent(u"clPuce"); }),
-       Refusal::filer},
+       Refusal::filer, u"clPuce"},
       {"a number for a Boolean", LabelWith(u"AutoSize", [](TWriter& w) { w.WriteInteger(1); }),
        Refusal::filer},
       {"a bitmap without its length", Picture(GraphicData("TBitmap", {1, 2})), Refusal::read},
       {"a bitmap longer than its data", Picture(GraphicData("TBitmap", {200, 0, 0, 0, 'B', 'M'})),
-       Refusal::filer},
+       Refusal::filer, u"Bitmap-Länge"},
       {"a negative bitmap length", Picture(GraphicData("TBitmap", {0xFF, 0xFF, 0xFF, 0xFF})),
-       Refusal::filer},
+       Refusal::filer, u"Bitmap-Länge"},
       {"an unknown graphic class", Picture(GraphicData("TFrobImage", {1, 2, 3})),
        Refusal::classNotFound},
       {"picture data without a class", Picture({}), Refusal::read},
   };
   for (const HostileCase& c : cases) {
+    auto expect = [&](Refusal refusal, const rtl::Exception& e) {
+      EXPECT_EQ(c.refusal, refusal) << c.what;
+      if (c.named != nullptr) {
+        EXPECT_NE(e.Message().find(u" " + std::u16string(c.named)), std::u16string::npos)
+            << c.what << ": " << e.what();
+      }
+    };
     try {
       Read(FormBytes(c.children));
       ADD_FAILURE() << c.what << ": read";
-    } catch (const rtl::EClassNotFound&) {
-      EXPECT_EQ(c.refusal, Refusal::classNotFound) << c.what;
-    } catch (const rtl::EFilerError&) {
-      EXPECT_EQ(c.refusal, Refusal::filer) << c.what;
-    } catch (const rtl::EReadError&) {
-      EXPECT_EQ(c.refusal, Refusal::read) << c.what;
+    } catch (const rtl::EClassNotFound& e) {
+      expect(Refusal::classNotFound, e);
+    } catch (const rtl::EFilerError& e) {
+      expect(Refusal::filer, e);
+    } catch (const rtl::EReadError& e) {
+      expect(Refusal::read, e);
     } catch (const std::exception& e) {
       ADD_FAILURE() << c.what << ": " << typeid(e).name() << " " << e.what();
     }
@@ -178,13 +192,22 @@ TEST(StreamingHostile, EveryPrefixOfAFormIsRefusedWithTheFormatsErrors) {
 }
 
 TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
-  // A label inside a shape and a timer inside a panel go nowhere; menu items only into
-  // menus; controls into windowed controls.
-  const ui::TComponentTree tree = Read(FormBytes(Both(
-      Child(u"TShape", u"S", Child(u"TLabel", u"InShape")),
-      Child(u"TPanel", u"P",
-            Both(Child(u"TTimer", u"T"),
-                 Both(Child(u"TMenuItem", u"Stray"), Child(u"TLabel", u"InPanel")))))));
+  // Inside a panel every control goes into it; timers and menus live only in their owner,
+  // menu items go only into menus. A label inside a shape goes nowhere.
+  const struct {
+    const char16_t* cls;
+    bool intoPanel;
+  } classes[] = {
+      {u"TLabel", true},       {u"TPanel", true},        {u"TImage", true},
+      {u"TShape", true},       {u"TSpeedButton", true},  {u"TScrollBox", true},
+      {u"TListBox", true},     {u"TCheckListBox", true}, {u"TMemo", true},
+      {u"TCheckBox", true},    {u"TStringGrid", true},   {u"THeaderControl", true},
+      {u"TTimer", false},      {u"TPopupMenu", false},   {u"TMenuItem", false},
+  };
+  Body inPanel = [](TWriter&) {};
+  for (const auto& c : classes) inPanel = Both(inPanel, Child(c.cls, u"In" + std::u16string(c.cls)));
+  const ui::TComponentTree tree = Read(FormBytes(
+      Both(Child(u"TShape", u"S", Child(u"TLabel", u"InShape")), Child(u"TPanel", u"P", inPanel))));
   auto find = [&](std::u16string_view name) -> const ui::TStreamedComponent& {
     for (const auto& c : tree.Children)
       if (c.Name == name) return c;
@@ -196,9 +219,9 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
   EXPECT_EQ(find(u"S").Parent, -1);
   EXPECT_EQ(find(u"InShape").Parent, ui::kNoParent);
   EXPECT_EQ(find(u"InShape").Enclosing, index(u"S"));
-  EXPECT_EQ(find(u"T").Parent, ui::kNoParent);
-  EXPECT_EQ(find(u"Stray").Parent, ui::kNoParent);
-  EXPECT_EQ(find(u"InPanel").Parent, index(u"P"));
+  for (const auto& c : classes)
+    EXPECT_EQ(find(u"In" + std::u16string(c.cls)).Parent, c.intoPanel ? index(u"P") : ui::kNoParent)
+        << rtl::Utf16ToUtf8(c.cls);
 
   const ui::TComponentTree menus = Read(FormBytes(Child(
       u"TPopupMenu", u"M", Child(u"TMenuItem", u"A", Child(u"TMenuItem", u"B")))));
@@ -206,19 +229,49 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
   EXPECT_EQ(menus.Children[0].Parent, ui::kNoParent);
   EXPECT_EQ(menus.Children[1].Parent, 0);
   EXPECT_EQ(menus.Children[2].Parent, 1);
+
+  // A plain component read as the root has no place for controls.
+  EXPECT_EQ(Read(FormBytes(Child(u"TLabel", u"L")), u"TComponent").Children.at(0).Parent,
+            ui::kNoParent);
 }
 
 TEST(StreamingHostile, ValuesArriveCheckedAndSpelledAsTheClassSpellsThem) {
-  const ui::TComponentTree tree = Read(FormBytes(Both(
-      LabelWith(u"align", [](TWriter& w) { w.WriteIdent(u"ALCLIENT"); }),
-      Both(Both(Child(u"TLabel", u""), Child(u"TLabel", u"")),
-           Picture(GraphicData("TBitmap", {3, 0, 0, 0, 'B', 'M', 'x', 'y', 'z'}))))));
-  ASSERT_EQ(tree.Children.size(), 4u) << "unnamed components may be many";
-  const ui::TPropertyValue& align = tree.Children[0].Properties.at(0);
-  EXPECT_EQ(align.Info->Name, u"Align");
-  EXPECT_EQ(align.Text, u"alClient");
-  EXPECT_EQ(align.Integer, 5);
-  const ui::TPropertyValue& picture = tree.Children[3].Properties.at(0);
+  // Each on an unnamed component of its own; unnamed components may be many.
+  const struct {
+    const char16_t* cls;
+    const char16_t* property;
+    Body value;
+    std::int64_t integer;
+    std::u16string text;
+  } values[] = {
+      {u"TLabel", u"align", [](TWriter& w) { w.WriteIdent(u"ALCLIENT"); }, 5, u"alClient"},
+      {u"TLabel", u"Width", [](TWriter& w) { w.WriteInteger(100); }, 100, u""},
+      {u"TLabel", u"AlignWithMargins", [](TWriter& w) { w.WriteBoolean(true); }, 1, u""},
+      {u"TLabel", u"Tag", [](TWriter& w) { w.WriteInteger(std::int64_t{1} << 40); },
+       std::int64_t{1} << 40, u""},
+      // The system colour COLOR_BTNFACE (15), as the framework stores it.
+      {u"TLabel", u"Color", [](TWriter& w) { w.WriteIdent(u"clBtnFace"); },
+       std::int32_t(0xFF00000Fu), u"clBtnFace"},
+      {u"TPanel", u"Color", [](TWriter& w) { w.WriteInteger(0x123456); }, 0x123456, u""},
+  };
+  Body children = Picture(GraphicData("TBitmap", {3, 0, 0, 0, 'B', 'M', 'x', 'y', 'z'}));
+  for (auto it = std::rbegin(values); it != std::rend(values); ++it)
+    children = Both(With(it->cls, u"", it->property, it->value), children);
+  const ui::TComponentTree tree = Read(FormBytes(children, [](TWriter& w) {
+    w.WriteStr(u"BorderStyle");
+    w.WriteIdent(u"bsSizeable");
+  }));
+  ASSERT_EQ(tree.Children.size(), std::size(values) + 1);
+  for (std::size_t i = 0; i < std::size(values); ++i) {
+    const ui::TPropertyValue& v = tree.Children[i].Properties.at(0);
+    EXPECT_EQ(v.Integer, values[i].integer) << rtl::Utf16ToUtf8(values[i].property);
+    EXPECT_EQ(v.Text, values[i].text) << rtl::Utf16ToUtf8(values[i].property);
+  }
+  EXPECT_EQ(tree.Children[0].Properties[0].Info->Name, u"Align");
+  const ui::TPropertyValue& border = tree.Root.Properties.at(0);
+  EXPECT_EQ(border.Integer, 2) << "bsNone, bsSingle, bsSizeable, ...";
+  EXPECT_EQ(border.Text, u"bsSizeable");
+  const ui::TPropertyValue& picture = tree.Children.back().Properties.at(0);
   EXPECT_EQ(picture.GraphicClass, u"TBitmap");
   EXPECT_EQ(picture.Bytes, (std::vector<std::uint8_t>{'B', 'M', 'x'})) << "the stated length, not the rest";
 }
