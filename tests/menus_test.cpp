@@ -131,6 +131,9 @@ TEST(MenusItems, FreeingAnItemFreesItsSubitemsAndLeavesItsParent) {
   TMenuItem* other = AddItem(menu, menu.Items(), u"Other");
   EXPECT_THROW(menu.Items()->Add(open), EMenuError);  // has a parent already
   EXPECT_THROW(open->Add(file), EMenuError);          // would hold itself
+  EXPECT_EQ(file->Items(1)->Caption, u"Recent");
+  EXPECT_THROW(file->Items(2), EMenuError) << "one past the last";
+  EXPECT_THROW(file->Items(-1), EMenuError);
 
   const int owned = menu.ComponentCount();
   delete file;
