@@ -20,26 +20,22 @@ TAlignChild WithMargins(TAlign align, TRect bounds, TMargins margins) {
 std::string Describe(const std::vector<TRect>& rects) {
   std::string s;
   for (const TRect& r : rects)
-    s += "{" + std::to_string(r.Left) + "," + std::to_string(r.Top) + "," +
-         std::to_string(r.Right) + "," + std::to_string(r.Bottom) + "} ";
+    for (int v : {r.Left, r.Top, r.Right, r.Bottom}) s += std::to_string(v) + " ";
   return s;
 }
 
 TEST(AlignBounds, ChildrenTakeTheirSharesInTheFrameworksOrder) {
-  const TRect client{0, 0, 200, 100};
   struct Case {
     const char* name;
     std::vector<TAlignChild> children;
     std::vector<TRect> expected;
+    TRect client{0, 0, 200, 100};
   };
   const Case cases[] = {
       {"each side once, created in reverse order of stacking",
        {Child(alClient, {}), Child(alRight, {0, 0, 40, 5}), Child(alLeft, {0, 0, 30, 5}),
         Child(alBottom, {0, 0, 5, 20}), Child(alTop, {0, 0, 5, 10})},
-       {{30, 10, 160, 80},
-        {160, 10, 200, 80},
-        {0, 10, 30, 80},
-        {0, 80, 200, 100},
+       {{30, 10, 160, 80}, {160, 10, 200, 80}, {0, 10, 30, 80}, {0, 80, 200, 100},
         {0, 0, 200, 10}}},
       {"alTop by current Top, not by creation",
        {Child(alTop, {0, 50, 9, 60}), Child(alTop, {0, 0, 9, 5})},
@@ -74,30 +70,21 @@ TEST(AlignBounds, ChildrenTakeTheirSharesInTheFrameworksOrder) {
        {Child(alTop, {0, 0, 9, 100}), Child(alLeft, {0, 0, 200, 9}),
         WithMargins(alClient, {0, 0, 9, 7}, {1, 1, 1, 1})},
        {{0, 0, 200, 100}, {0, 100, 200, 100}, {201, 101, 201, 101}}},
+      {"overfilled: alClient keeps its own height below, margins shrink it to nothing",
+       {Child(alTop, {0, 0, 9, 15}), Child(alTop, {0, 0, 9, 15}),
+        WithMargins(alClient, {0, 0, 9, 7}, {60, 0, 60, 0})},
+       {{0, 0, 100, 15}, {0, 15, 100, 30}, {60, 30, 60, 37}},
+       {0, 0, 100, 20}},
+      {"a bevel of one pixel: the layout starts at the client origin",
+       {Child(alTop, {0, 0, 9, 28}), Child(alLeft, {0, 0, 97, 26})},
+       {{1, 1, 99, 29}, {1, 29, 98, 49}},
+       {1, 1, 99, 49}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    const std::vector<TRect> got = AlignBounds(client, c.children);
+    const std::vector<TRect> got = AlignBounds(c.client, c.children);
     EXPECT_EQ(got, c.expected) << Describe(got);
   }
-}
-
-TEST(AlignBounds, ExhaustedSpaceLeavesChildrenTheirOwnSize) {
-  // Two 15-high tops overfill 20: the client child keeps its own height below them, and
-  // margins wider than its share shrink it to nothing rather than below.
-  const std::vector<TRect> got =
-      AlignBounds({0, 0, 100, 20}, {Child(alTop, {0, 0, 9, 15}), Child(alTop, {0, 0, 9, 15}),
-                                    WithMargins(alClient, {0, 0, 9, 7}, {60, 0, 60, 0})});
-  const std::vector<TRect> expected{{0, 0, 100, 15}, {0, 15, 100, 30}, {60, 30, 60, 37}};
-  EXPECT_EQ(got, expected) << Describe(got);
-}
-
-TEST(AlignBounds, LayoutStartsAtTheClientOrigin) {
-  // A bevel of one pixel: the area starts at (1,1).
-  const std::vector<TRect> got =
-      AlignBounds({1, 1, 99, 49}, {Child(alTop, {0, 0, 9, 28}), Child(alLeft, {0, 0, 97, 26})});
-  const std::vector<TRect> expected{{1, 1, 99, 29}, {1, 29, 98, 49}};
-  EXPECT_EQ(got, expected) << Describe(got);
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ TEST(DialogPlanWords, CaptionByLanguage) {
     EXPECT_EQ(ButtonCaption(c.key, c.lang), c.caption) << Narrow(c.key) << " " << c.lang;
 }
 
-TEST(DialogPlanButtons, RowOrderIsFixedAndOkComesFirst) {
+TEST(DialogPlanButtons, RowOrderIsFixedWithOkOrElseYesFirst) {
   TMsgDlgButtons all{mbAll, mbClose, mbRetry, mbAbort, mbIgnore, mbCancel,
                      mbNoToAll, mbNo, mbYesToAll, mbYes, mbOK, mbHelp};
   EXPECT_EQ(RowOf(Plan(mtCustom, all, 2)),
@@ -76,9 +76,7 @@ TEST(DialogPlanButtons, RowOrderIsFixedAndOkComesFirst) {
                  {u"&Abort", mrAbort}, {u"&Retry", mrRetry}, {u"&Close", mrClose},
                  {u"All", mrAll}}));
   EXPECT_TRUE(Plan(mtCustom, all).Buttons.front().Template);
-}
-
-TEST(DialogPlanButtons, WithoutOkTheFirstButtonIsYesAndHelpMakesNone) {
+  // Without OK the first button is Yes; Help makes none.
   EXPECT_EQ(RowOf(Plan(mtConfirmation, {mbNo, mbYes})), (Row{{u"&Ja", mrYes}, {u"&Nein", mrNo}}));
   EXPECT_TRUE(Plan(mtInformation, {mbHelp}).Buttons.empty());
 }
@@ -96,9 +94,8 @@ TEST(DialogPlanHeader, KindGivesWordAndGlyph) {
       {mtCustom, 1, u"", -1},
   };
   for (const auto& c : cases) {
-    TDialogPlan plan = Plan(c.type, {mbOK}, c.lang);
-    EXPECT_EQ(plan.HeaderText, c.header) << c.type;
-    EXPECT_EQ(plan.GlyphIndex, c.glyph) << c.type;
+    const TDialogPlan plan = Plan(c.type, {mbOK}, c.lang);
+    EXPECT_EQ(std::pair(plan.HeaderText, plan.GlyphIndex), std::pair(c.header, c.glyph)) << c.type;
   }
 }
 
@@ -122,17 +119,13 @@ TEST(DialogPlanText, MessageGetsBreaksAndCaptionsTheProgramName) {
   }
 }
 
-TEST(DialogPlanSize, ButtonsAreAtLeast130Wide) {
+TEST(DialogPlanSize, ButtonsAtLeast130WideAndFormGrowsToTheMessageUpToTheAllowance) {
   EXPECT_EQ((std::vector<int>{ButtonWidth(40), ButtonWidth(100), ButtonWidth(101)}),
             (std::vector<int>{130, 130, 131}));
-}
-
-TEST(DialogPlanSize, FormGrowsToTheMessageUpToTheAllowance) {
-  struct Case {
-    int label, box, height, top;
-  };
   // Scroll box 200, form 415 high at top 300, allowance 400.
-  const Case cases[] = {
+  const struct {
+    int label, box, height, top;
+  } cases[] = {
       {180, 200, 415, 300},  // fits with 20 to spare
       {181, 200, 436, 290},  // grows by 21, moves up by 10
       {300, 200, 555, 230},
@@ -140,9 +133,8 @@ TEST(DialogPlanSize, FormGrowsToTheMessageUpToTheAllowance) {
       {900, 200, 815, 100},  // the rest scrolls
   };
   for (const auto& c : cases) {
-    TFormBounds b = FormHeightFor(c.label, 200, 415, 300, 400);
-    EXPECT_EQ(b.Height, c.height) << c.label;
-    EXPECT_EQ(b.Top, c.top) << c.label;
+    const TFormBounds b = FormHeightFor(c.label, 200, 415, 300, 400);
+    EXPECT_EQ(std::pair(b.Height, b.Top), std::pair(c.height, c.top)) << c.label;
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <string_view>
@@ -20,12 +21,12 @@
 #include "rtl/handles.h"
 #else
 #include <unistd.h>
-
-#include <filesystem>
 #endif
 
 using rtl::TEncoding;
 using Bytes = std::vector<std::uint8_t>;
+using Lines = std::vector<std::u16string>;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -33,31 +34,23 @@ Bytes B(std::string_view s) { return {s.begin(), s.end()}; }
 
 std::u16string TempName(std::u16string_view stem) {
 #ifdef _WIN32
-  wchar_t dir[MAX_PATH] = {};
-  GetTempPathW(MAX_PATH, dir);
-  return reinterpret_cast<const char16_t*>(dir) + std::u16string(stem) + u"-" +
-         rtl::IntToStr(GetCurrentProcessId()) + u".txt";
+  const auto pid = GetCurrentProcessId();
 #else
-  const auto dir = std::filesystem::temp_directory_path();
-  return rtl::Utf8ToUtf16((dir / rtl::Utf16ToUtf8(stem)).string()) + u"-" +
-         rtl::IntToStr(getpid()) + u".txt";
+  const auto pid = getpid();
 #endif
+  const std::u16string file = std::u16string(stem) + u"-" + rtl::IntToStr(static_cast<int>(pid));
+  return (std::filesystem::temp_directory_path() / (file + u".txt")).u16string();
 }
 
 // A file in the temp folder, written through the file stream and removed at scope end.
 struct TempFile {
   explicit TempFile(const Bytes& content, std::u16string_view stem = u"nox-encoding")
       : name(TempName(stem)) {
-    rtl::TFileStream f(name, rtl::fmCreate);
-    f.WriteBuffer(content.data(), content.size());
+    rtl::TFileStream(name, rtl::fmCreate).WriteBuffer(content.data(), content.size());
   }
   ~TempFile() {
-#ifdef _WIN32
-    DeleteFileW(reinterpret_cast<const wchar_t*>(name.c_str()));
-#else
     std::error_code ignored;
-    std::filesystem::remove(rtl::Utf16ToUtf8(name), ignored);
-#endif
+    std::filesystem::remove(std::filesystem::path(name), ignored);
   }
   std::u16string name;
 };
@@ -78,8 +71,8 @@ bool Utf8StructureByBytes(const std::uint8_t* p, size_t n) {
   return true;
 }
 
-std::vector<std::u16string> Lines(const rtl::TStrings& list) {
-  std::vector<std::u16string> r;
+Lines LinesOf(const rtl::TStrings& list) {
+  Lines r;
   for (int i = 0; i < list.Count(); ++i) r.push_back(list[i]);
   return r;
 }
@@ -87,20 +80,10 @@ std::vector<std::u16string> Lines(const rtl::TStrings& list) {
 }  // namespace
 
 TEST(EncodingDetectors, AgreeOnMarksAndTheirEdges) {
-  TEncoding* const ansi = TEncoding::ANSI();
-  TEncoding* const utf8 = TEncoding::UTF8();
-  TEncoding* const le = TEncoding::Unicode();
-  TEncoding* const be = TEncoding::BigEndianUnicode();
-  struct Case {
-    const char* what;
-    std::string_view bytes;
-    const char16_t* format;
-    TEncoding* encoding;
-    TEncoding* checked;
-    int markLen;
-    bool crlf;
-  };
-  using namespace std::string_view_literals;
+  TEncoding *const ansi = TEncoding::ANSI(), *const utf8 = TEncoding::UTF8(),
+                   *const le = TEncoding::Unicode(), *const be = TEncoding::BigEndianUnicode();
+  struct Case { const char* what; std::string_view bytes; const char16_t* format;
+                TEncoding *encoding, *checked; int markLen; bool crlf; };
   const Case cases[] = {
       {"UTF-8 mark alone", "\xEF\xBB\xBF", u"Ansi", ansi, ansi, 0, false},
       {"UTF-8 mark", "\xEF\xBB\xBFGr\xC3\xBC\xC3\x9F" "e\r\n", u"utf-8", utf8, utf8, 4, true},
@@ -138,7 +121,7 @@ TEST(EncodingDetectors, AgreeOnMarksAndTheirEdges) {
   }
 }
 
-TEST(EncodingDetectors, MissingFileIsAnsiAndLeavesCrlfAlone) {
+TEST(EncodingDetectors, MissingFileIsAnsiLeavesCrlfAloneAndMakesNoList) {
   const std::u16string missing = TempName(u"nox-encoding-missing");
   EXPECT_EQ(Qm_tools::GetFileFormat(missing), u"Ansi");
   EXPECT_EQ(Qm_tools::GetFileFormatEncoding(missing), TEncoding::ANSI());
@@ -149,6 +132,15 @@ TEST(EncodingDetectors, MissingFileIsAnsiAndLeavesCrlfAlone) {
     EXPECT_EQ(markLen, 0);
     EXPECT_EQ(crlf, before);
   }
+  rtl::TStringList* list = nullptr;
+  EXPECT_FALSE(Qm_tools::CanLoadStringList(list, missing));
+  EXPECT_EQ(list, nullptr);
+  // An existing file gets a list of its own.
+  const TempFile file(B("one\r\ntwo"));
+  ASSERT_TRUE(Qm_tools::CanLoadStringList(list, file.name));
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(LinesOf(*list), (Lines{u"one", u"two"}));
+  delete list;
 }
 
 TEST(EncodingDetectors, UnreadableFileRaisesToTheCaller) {
@@ -163,51 +155,31 @@ TEST(EncodingDetectors, UnreadableFileRaisesToTheCaller) {
   if (geteuid() == 0)
     name = u"/proc/self/mem";
   else
-    std::filesystem::permissions(rtl::Utf16ToUtf8(name), std::filesystem::perms::none);
+    std::filesystem::permissions(std::filesystem::path(name), std::filesystem::perms::none);
 #endif
   int markLen = 0;
   bool crlf = false;
-  const auto raises = [](auto&& call) {
-    try {
-      call();
-    } catch (const rtl::EFOpenError& e) {
-      return !e.Message().empty();
-    } catch (const rtl::EReadError& e) {
-      return !e.Message().empty();
-    }
-    return false;
-  };
-  EXPECT_TRUE(raises([&] { Qm_tools::GetFileFormat(name); }));
-  EXPECT_TRUE(raises([&] { Qm_tools::GetFileFormatEncoding(name); }));
-  EXPECT_TRUE(raises([&] { Qm_tools::CheckFileFormat(name, markLen, crlf); }));
+  EXPECT_THROW(Qm_tools::GetFileFormat(name), rtl::Exception);
+  EXPECT_THROW(Qm_tools::GetFileFormatEncoding(name), rtl::Exception);
+  EXPECT_THROW(Qm_tools::CheckFileFormat(name, markLen, crlf), rtl::Exception);
   rtl::TStringList* list = nullptr;
   EXPECT_FALSE(Qm_tools::CanLoadStringList(list, name));
   delete list;
 }
 
 TEST(EncodingUtf8Structure, ShortCases) {
-  const struct {
-    std::string_view bytes;
-    bool pass;
-  } cases[] = {
-      {"", true},
-      {"\xC3\xA4", true},
-      {"\xC3" "A", false},
-      {"\xE2\x82", false},
+  const std::pair<std::string_view, bool> cases[] = {
+      {"", true}, {"\xC3\xA4", true}, {"\xC3" "A", false}, {"\xE2\x82", false},
       {"\xED\xA0\x80", true},  // a surrogate: shape only
       {"\xC0\x80", true},      // overlong: shape only
-      {"\xF0\x9D\x84\x9E", true},
-      {"\xF8\x80\x80\x80\x80", false},
-      {"\x80", false},
+      {"\xF0\x9D\x84\x9E", true}, {"\xF8\x80\x80\x80\x80", false}, {"\x80", false},
       {"0123456789abcdef0123456789abcdef0123456\xC3", false},
       {"0123456789abcdef0123456789abcdef\xE2\x82\xAC" "0123456", true},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(::testing::PrintToString(std::string(c.bytes)));
-    EXPECT_EQ(Qm_tools::IsUtf8Structure(reinterpret_cast<const std::uint8_t*>(c.bytes.data()),
-                                        c.bytes.size()),
-              c.pass);
-  }
+  for (const auto& [bytes, pass] : cases)
+    EXPECT_EQ(Qm_tools::IsUtf8Structure(reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                                        bytes.size()), pass)
+        << ::testing::PrintToString(std::string(bytes));
 }
 
 TEST(EncodingUtf8Structure, FastPathMatchesByteLoop) {
@@ -244,45 +216,35 @@ TEST(EncodingAnsi, Windows1252Table) {
   EXPECT_EQ(rtl::Windows1252ToChar(0x9F), u'\u0178');
   EXPECT_EQ(rtl::Windows1252ToChar(0xE4), u'\u00E4');
   for (const std::uint8_t hole : {0x81, 0x8D, 0x8F, 0x90, 0x9D}) EXPECT_EQ(rtl::Windows1252ToChar(hole), hole);
-  for (int b = 0; b < 256; ++b)
-    EXPECT_EQ(rtl::CharToWindows1252(rtl::Windows1252ToChar(static_cast<std::uint8_t>(b))), b);
+  Bytes all(256);
+  for (int b = 0; b < 256; ++b) {
+    all[b] = static_cast<std::uint8_t>(b);
+    EXPECT_EQ(rtl::CharToWindows1252(rtl::Windows1252ToChar(all[b])), b);
+  }
   EXPECT_EQ(rtl::CharToWindows1252(u'\u2192'), '?');
   EXPECT_EQ(rtl::CharToWindows1252(u'\u0100'), '?');
   if (!AnsiIs1252()) GTEST_SKIP() << "ANSI code page is not 1252";
   // The system page agrees with the table, holes included, and does not fit look-alikes.
-  Bytes all(256);
-  for (int b = 0; b < 256; ++b) all[b] = static_cast<std::uint8_t>(b);
   const std::u16string text = TEncoding::ANSI()->GetString(all);
   ASSERT_EQ(text.size(), 256u);
-  for (int b = 0; b < 256; ++b) EXPECT_EQ(text[b], rtl::Windows1252ToChar(static_cast<std::uint8_t>(b)));
+  for (int b = 0; b < 256; ++b) EXPECT_EQ(text[b], rtl::Windows1252ToChar(all[b]));
   EXPECT_EQ(TEncoding::ANSI()->GetBytes(text), all);
   EXPECT_EQ(TEncoding::ANSI()->GetBytes(u"\u0100\u2192\U0001D11E"), B("????"));
 }
 
 TEST(EncodingUnits, ABlockEndsBeforeACutCharacter) {
-  using namespace std::string_view_literals;
-  TEncoding* const le = TEncoding::Unicode();
-  TEncoding* const be = TEncoding::BigEndianUnicode();
-  const struct {
-    const char* what;
-    TEncoding* encoding;
-    std::string_view bytes;
-    size_t complete;
-  } cases[] = {
-      {"UTF-16LE whole units", le, "a\0b\0"sv, 4},
-      {"UTF-16LE odd byte", le, "a\0b"sv, 2},
-      {"UTF-16LE first high surrogate", le, "a\0\x00\xD8"sv, 2},
-      {"UTF-16LE last high surrogate", le, "a\0\xFF\xDB"sv, 2},
-      {"UTF-16LE low surrogate", le, "a\0\x00\xDC"sv, 4},
-      {"UTF-16BE high surrogate alone", be, "\xD8\x3D"sv, 0},
-      {"UTF-16BE whole pair", be, "\xD8\x3D\xDE\x00"sv, 4},
-      {"UTF-8 cut euro", TEncoding::UTF8(), "a\xE2\x82"sv, 1},
-      {"UTF-8 whole euro", TEncoding::UTF8(), "a\xE2\x82\xAC"sv, 4},
+  TEncoding *const le = TEncoding::Unicode(), *const be = TEncoding::BigEndianUnicode(),
+                   *const utf8 = TEncoding::UTF8();
+  const struct { TEncoding* encoding; std::string_view bytes; size_t complete; } cases[] = {
+      {le, "a\0b\0"sv, 4},      {le, "a\0b"sv, 2},           // whole units, odd byte
+      {le, "a\0\x00\xD8"sv, 2}, {le, "a\0\xFF\xDB"sv, 2},    // first and last high surrogate
+      {le, "a\0\x00\xDC"sv, 4}, {be, "\xD8\x3D"sv, 0},       // low surrogate; high one alone
+      {be, "\xD8\x3D\xDE\x00"sv, 4}, {utf8, "a\xE2\x82"sv, 1}, {utf8, "a\xE2\x82\xAC"sv, 4},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
     const Bytes bytes = B(c.bytes);
-    EXPECT_EQ(c.encoding->CompleteLength(bytes.data(), bytes.size()), c.complete);
+    EXPECT_EQ(c.encoding->CompleteLength(bytes.data(), bytes.size()), c.complete)
+        << ::testing::PrintToString(std::string(c.bytes));
   }
   // What is left at the end of the data is malformed: an odd byte is one U+FFFD.
   EXPECT_EQ(le->GetString(B("a\0b"sv)), u"a\uFFFD");
@@ -306,8 +268,8 @@ TEST(EncodingWriter, WritesEachFullBufferButNeverHalfAPair) {
 TEST(EncodingReader, SplitsOnEveryLineEndAcrossSmallBlocks) {
   const std::u16string text =
       u"a\r\nb\n\nc\rd\r\r\n\n\u00E4\u20AC\U0001D11E x\r\n\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC\r\nlast";
-  const std::vector<std::u16string> expected = {
-      u"a", u"b", u"", u"c", u"d", u"", u"", u"\u00E4\u20AC\U0001D11E x", u"\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC", u"last"};
+  const Lines expected = {u"a", u"b", u"", u"c", u"d", u"", u"", u"\u00E4\u20AC\U0001D11E x",
+                          u"\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC\u00FC", u"last"};
   for (TEncoding* e : {TEncoding::UTF8(), TEncoding::Unicode(), TEncoding::BigEndianUnicode()}) {
     for (const int block : {16, 17, 4096}) {
       SCOPED_TRACE(e->CodePage() * 10000 + block);
@@ -317,7 +279,7 @@ TEST(EncodingReader, SplitsOnEveryLineEndAcrossSmallBlocks) {
       bytes.insert(bytes.end(), body.begin(), body.end());
       rtl::TMemoryStream stream(bytes);
       rtl::TStreamReader reader(stream, e, false, block);
-      std::vector<std::u16string> lines;
+      Lines lines;
       while (!reader.EndOfStream()) lines.push_back(reader.ReadLine());
       EXPECT_EQ(lines, expected);
       // A mark picks the encoding when detection is on.
@@ -354,7 +316,7 @@ TEST(EncodingLists, SaveThenLoadKeepsEveryLineInEachEncoding) {
     ASSERT_EQ(loaded.Count(), source.Count() + 1);
     EXPECT_EQ(loaded[0], u"kept");
     loaded.Delete(0);
-    EXPECT_EQ(Lines(loaded), Lines(source));
+    EXPECT_EQ(LinesOf(loaded), LinesOf(source));
     EXPECT_EQ(loaded.UpdateCount(), 0);
 
     // Through a file with the mark the detectors look for; the load replaces the lines.
@@ -365,20 +327,8 @@ TEST(EncodingLists, SaveThenLoadKeepsEveryLineInEachEncoding) {
     loaded.Add(u"gone");
     ASSERT_TRUE(Qm_tools::CanLoadStringList(list, file.name));
     EXPECT_EQ(list, &loaded);
-    EXPECT_EQ(Lines(loaded), Lines(source));
+    EXPECT_EQ(LinesOf(loaded), LinesOf(source));
   }
-}
-
-TEST(EncodingLists, CanLoadStringListMakesAListOnlyForAnExistingFile) {
-  rtl::TStringList* list = nullptr;
-  EXPECT_FALSE(Qm_tools::CanLoadStringList(list, TempName(u"nox-encoding-none")));
-  EXPECT_EQ(list, nullptr);
-
-  const TempFile file(B("one\r\ntwo"));
-  ASSERT_TRUE(Qm_tools::CanLoadStringList(list, file.name));
-  ASSERT_NE(list, nullptr);
-  EXPECT_EQ(Lines(*list), (std::vector<std::u16string>{u"one", u"two"}));
-  delete list;
 }
 
 TEST(EncodingFileStream, ReportsTheFileItCannotOpen) {

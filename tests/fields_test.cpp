@@ -25,11 +25,7 @@ const std::vector<Str> kVaried = {u"",          u";",    u";;",    u"a",
 std::string Narrow(const Str& s) { return std::string(s.begin(), s.end()); }
 
 TEST(FieldsRead, CountReadAndCopyFollowTheDelimiters) {
-  struct Case {
-    Str s;
-    int count, index;
-    Str field, copy;
-  };
+  struct Case { Str s; int count, index; Str field, copy; };
   const Case cases[] = {
       {u"", 0, 1, u"", u""},           {u";", 1, 1, u"", u""},
       {u";a", 2, 2, u"a", u"a"},       {u"a;", 1, 1, u"a", u"a"},
@@ -62,12 +58,7 @@ TEST(FieldsRead, OnePassReaderAgreesWithIndexedReader) {
 }
 
 TEST(FieldsRead, OnePassReaderOddCallsStayInBounds) {
-  struct Case {
-    Str s;
-    int index, start, count;
-    Str field;
-    int startAfter, countAfter;
-  };
+  struct Case { Str s; int index, start, count; Str field; int startAfter, countAfter; };
   const Case cases[] = {
       {u"abc;def", 0, 3, 0, u"a", 4, 0},  // index == count: text before start, less one
       {u"abc;def", 0, 7, 0, u"abc;d", 8, 0},  // ... also from the last character
@@ -85,10 +76,7 @@ TEST(FieldsRead, OnePassReaderOddCallsStayInBounds) {
 }
 
 TEST(FieldsSearch, ExactPositionAndCaselessIndex) {
-  struct Case {
-    Str s, v;
-    int pos, index;
-  };
+  struct Case { Str s, v; int pos, index; };
   const Case cases[] = {
       {u"A;b", u"a", -1, 1}, {u"a;b", u"c", -1, 0}, {u"", u"", -1, 0},
       {u"a;;b", u"", 2, 0},  {u";b", u"", 1, 1},    {u"x;Äpfel", u"äPFEL", -1, 2},
@@ -116,12 +104,7 @@ void Delete(char16_t d, Str& s, std::u16string_view, int i) {
 }
 
 TEST(FieldsWrite, WritersKeepTheirStoredShapes) {
-  struct Case {
-    Writer write;
-    Str s, v;
-    int index;
-    Str result;
-  };
+  struct Case { Writer write; Str s, v; int index; Str result; };
   const auto set = Qm_tools::SetFieldStr, set2 = Qm_tools::SetFieldStr2;
   const auto ins = Qm_tools::InsertFieldStr, before = Qm_tools::InsertFieldStrBefore;
   const Case cases[] = {
@@ -192,11 +175,7 @@ TEST(FieldsArray, JoinsAndPicksTheToolLanguage) {
   EXPECT_EQ(Qm_tools::asStr(std::span<const Str>(), u';'), u"");
 
   const Str saved = Qm_tools::ToolsLanguage;
-  struct Case {
-    Str language;
-    std::vector<Str> texts;
-    Str result;
-  };
+  struct Case { Str language; std::vector<Str> texts; Str result; };
   const Case cases[] = {
       {u"EN", {u"DE:Ja", u"EN:Yes"}, u"Yes"},
       {u"en", {u"DE:Ja", u"EN:Yes"}, u""},

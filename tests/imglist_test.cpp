@@ -19,7 +19,6 @@ struct Canvas {
       : bitmap(CreateDib24(size, size, [=](int, int) { return color; })),
         dc(CreateCompatibleDC(nullptr)),
         selected(dc.get(), bitmap.get()) {}
-  // 0x00BBGGRR, as a TColor.
   TColor At(int x, int y) const { return static_cast<TColor>(GetPixel(dc.get(), x, y)); }
   rtl::unique_hbitmap bitmap;
   rtl::unique_hdc dc;
@@ -94,11 +93,9 @@ TEST(ImgListIcons, MaskOrAlphaDecidesWhatShowsAtAnySize) {
     TColor left, right;  // drawn over white, a quarter in from each side, half way down
   };
   const TColor halfBlue = 0xFF7F7F;
-  const Case cases[] = {
-      {16, 16, false, clWhite, clRed}, {16, 32, false, clWhite, clRed},
-      {32, 16, false, clWhite, clRed}, {16, 16, true, halfBlue, halfBlue},
-      {16, 32, true, halfBlue, halfBlue},
-  };
+  const Case cases[] = {{16, 16, false, clWhite, clRed},    {16, 32, false, clWhite, clRed},
+                        {32, 16, false, clWhite, clRed},    {16, 16, true, halfBlue, halfBlue},
+                        {16, 32, true, halfBlue, halfBlue}};
   for (const Case& c : cases) {
     SCOPED_TRACE(std::to_string(c.iconSize) + " in " + std::to_string(c.listSize) +
                  (c.alpha ? ", alpha" : ", mask"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <iterator>
 #include <string>
 
 #include "rtl/inifiles.h"
@@ -26,64 +27,45 @@ class IniFileTest : public testing::Test {
   Str fileName_;
 };
 
-std::string Narrow(const Str& s) { return rtl::Utf16ToUtf8(s); }
-
 TEST_F(IniFileTest, ValuesComeBackAsWritten) {
-  struct Case {
-    Str written, read;
-  };
-  const Case cases[] = {
-      {u"C:\\Program Files\\NOX", u"C:\\Program Files\\NOX"},
+  const std::pair<Str, Str> cases[] = {
       {u"C:\\Program Files\\NOX\\", u"C:\\Program Files\\NOX\\"},  // no line continuation
-      {u"a=b;c", u"a=b;c"},
-      {u"Grüße", u"Grüße"},
+      {u"a=b;c", u"a=b;c"}, {u"Grüße", u"Grüße"}, {u"", u""},
       {u"✓", u"?"},  // a new file is written in the ANSI code page (1252 here)
-      {u"", u""},
       {u"  padded  ", u"padded"},  // the API trims
       {u"\"quoted\"", u"quoted"},  // and takes off one pair of quotes
   };
-  int n = 0;
+  const auto key = [](size_t i) { return u"Key" + rtl::IntToStr(static_cast<int>(i)); };
   {
     TIniFile ini(fileName_);
-    for (const Case& c : cases) ini.WriteString(u"Values", u"Key" + rtl::IntToStr(++n), c.written);
+    for (size_t i = 0; i < std::size(cases); ++i) ini.WriteString(u"Values", key(i), cases[i].first);
   }
-  TIniFile ini(fileName_);
-  n = 0;
-  for (const Case& c : cases)
-    EXPECT_EQ(ini.ReadString(u"Values", u"Key" + rtl::IntToStr(++n), u"fallback"), c.read)
-        << Narrow(c.written);
+  const TIniFile ini(fileName_);
+  for (size_t i = 0; i < std::size(cases); ++i)
+    EXPECT_EQ(ini.ReadString(u"Values", key(i), u"-"), cases[i].second) << i;
 }
 
 TEST_F(IniFileTest, NumbersAndFlagsReadLikeTheFrameworksConversion) {
-  struct Case {
-    Str text;
-    int integer;  // with fallback 99
-    bool flag;    // with fallback true
-  };
-  const Case cases[] = {
-      {u"42", 42, true},   {u"0", 0, false},   {u"-7", -7, true},    {u" 12 ", 12, true},
-      {u"0x1F", 31, true}, {u"$1f", 31, true}, {u"-$10", -16, true}, {u"0x", 99, true},
-      {u"4 2", 99, true},  {u"abc", 99, true}, {u"", 99, true},      {u"false", 99, true},
-  };
+  // The text rules themselves are IniFileMemNumbers'; here they meet the profile API.
+  struct Case { Str text; int integer; bool flag; };  // with fallbacks 99 and true
+  const Case cases[] = {{u"0", 0, false}, {u" 12 ", 12, true}, {u"-$10", -16, true},
+                        {u"abc", 99, true}, {u"", 99, true}};
   TIniFile ini(fileName_);
   for (const Case& c : cases) {
     ini.WriteString(u"N", u"v", c.text);
-    EXPECT_EQ(ini.ReadInteger(u"N", u"v", 99), c.integer) << Narrow(c.text);
-    EXPECT_EQ(ini.ReadBool(u"N", u"v", true), c.flag) << Narrow(c.text);
+    EXPECT_EQ(ini.ReadInteger(u"N", u"v", 99), c.integer) << rtl::Utf16ToUtf8(c.text);
+    EXPECT_EQ(ini.ReadBool(u"N", u"v", true), c.flag) << rtl::Utf16ToUtf8(c.text);
   }
   ini.WriteInteger(u"N", u"i", -123);
   ini.WriteBool(u"N", u"b", false);
   EXPECT_EQ(ini.ReadString(u"N", u"i", u""), u"-123");
   EXPECT_EQ(ini.ReadString(u"N", u"b", u""), u"0");
-  EXPECT_FALSE(ini.ReadBool(u"N", u"b", true));
 }
 
 TEST_F(IniFileTest, AMissingFileGivesTheDefaults) {
   DeleteFileW(reinterpret_cast<const wchar_t*>(fileName_.c_str()));
   TIniFile ini(fileName_);
   EXPECT_EQ(ini.ReadString(u"PlugInSettings", u"Programlocation", u"C:\\NOX"), u"C:\\NOX");
-  EXPECT_EQ(ini.ReadInteger(u"S", u"i", -5), -5);
-  EXPECT_TRUE(ini.ReadBool(u"S", u"b", true));
   EXPECT_FALSE(ini.SectionExists(u"S"));
   EXPECT_FALSE(ini.ValueExists(u"S", u"i"));
   rtl::TStringList sections;

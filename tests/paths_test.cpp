@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <utility>
 #include <string>
 
 #include "rtl/formatsettings.h"
@@ -16,23 +17,19 @@ namespace {
 using namespace Qm_tools;
 
 TEST(PathsSlashes, TrailingBackslashesAndParents) {
-  EXPECT_EQ(chkPath(u"C:\\a"), u"C:\\a\\");
-  EXPECT_EQ(chkPath(u"C:\\a\\"), u"C:\\a\\");
-  EXPECT_EQ(chkPath(u""), u"");
-  EXPECT_EQ(RemoveSlash(u"C:\\a\\"), u"C:\\a");
-  EXPECT_EQ(RemoveSlash(u"C:\\a\\\\"), u"C:\\a\\") << "one backslash only";
-  EXPECT_EQ(RemoveSlash(u""), u"");
-  EXPECT_EQ(prevDir(u"C:\\a\\b\\"), u"C:\\a");
-  EXPECT_EQ(prevDir(u"C:\\a\\b"), u"C:\\a");
-  EXPECT_EQ(prevDir(u"C:\\a"), u"C:");
-  EXPECT_EQ(prevDir(u"C:\\"), u"") << "the only backslash is the last character";
-  EXPECT_EQ(prevDir(u""), u"");
-  EXPECT_EQ(prevDir(u"abc"), u"") << "no backslash: everything is dropped";
-  EXPECT_EQ(prevDir(u"C:"), u"");
-  EXPECT_EQ(prevDir(std::u16string(300, u'x') + u"\\y"), u"") << "none in the first 255";
-  // Only the first 255 characters count.
+  const std::u16string longName = std::u16string(300, u'x') + u"\\y";
   const std::u16string deep = u"C:\\" + std::u16string(260, u'x') + u"\\y";
-  EXPECT_EQ(prevDir(deep), u"C:");
+  const std::pair<std::u16string, std::u16string> cases[] = {
+      {chkPath(u"C:\\a"), u"C:\\a\\"},        {chkPath(u"C:\\a\\"), u"C:\\a\\"},
+      {chkPath(u""), u""},                    {RemoveSlash(u"C:\\a\\"), u"C:\\a"},
+      {RemoveSlash(u"C:\\a\\\\"), u"C:\\a\\"}, {RemoveSlash(u""), u""},
+      {prevDir(u"C:\\a\\b\\"), u"C:\\a"},     {prevDir(u"C:\\a\\b"), u"C:\\a"},
+      {prevDir(u"C:\\a"), u"C:"},             {prevDir(u"C:\\"), u""},
+      {prevDir(u""), u""},                    {prevDir(u"abc"), u""},
+      {prevDir(longName), u""},  // only the first 255 characters count
+      {prevDir(deep), u"C:"},
+  };
+  for (const auto& [got, want] : cases) EXPECT_EQ(got, want);
 }
 
 TEST(PathsSanitising, FileAndFolderNames) {
@@ -165,20 +162,15 @@ TEST(PathsStartup, UsEnglishFormatsAreTheOnesAmericansWrite) {
   EXPECT_EQ(en.ShortDateFormat, u"M/d/yyyy");
   EXPECT_EQ(en.LongDateFormat, u"dddd, MMMM d, yyyy");
   EXPECT_EQ(en.TimeAMString + en.TimePMString, u"AMPM");
-  const std::u16string months[] = {u"January", u"February", u"March",     u"April",
-                                   u"May",     u"June",     u"July",      u"August",
-                                   u"September", u"October", u"November", u"December"};
-  const std::u16string days[] = {u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
-                                 u"Thursday", u"Friday", u"Saturday"};
-  // English short names are the first three letters.
-  for (size_t m = 0; m < 12; ++m) {
-    EXPECT_EQ(en.LongMonthNames[m], months[m]);
-    EXPECT_EQ(en.ShortMonthNames[m], months[m].substr(0, 3));
-  }
-  for (size_t d = 0; d < 7; ++d) {
-    EXPECT_EQ(en.LongDayNames[d], days[d]);
-    EXPECT_EQ(en.ShortDayNames[d], days[d].substr(0, 3));
-  }
+  std::u16string names;
+  for (const auto& n : en.LongMonthNames) names += n + u" ";
+  for (const auto& n : en.ShortMonthNames) names += n + u" ";
+  for (const auto& n : en.LongDayNames) names += n + u" ";
+  for (const auto& n : en.ShortDayNames) names += n + u" ";
+  EXPECT_EQ(names,
+            u"January February March April May June July August September October November "
+            u"December Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec Sunday Monday Tuesday "
+            u"Wednesday Thursday Friday Saturday Sun Mon Tue Wed Thu Fri Sat ");
 }
 
 TEST(PathsStartup, GlobalsHoldTheirStartValuesUntilAssigned) {

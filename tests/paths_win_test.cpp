@@ -1,6 +1,4 @@
-// The tool library's start work and path routines on a real system: where the INI file
-// goes, the portable switch beside the program, locale formats, temporary files and
-// folders, unique names, short-name expansion and the environment.
+// The tool library's start work and path routines on a real system.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -33,11 +31,7 @@ std::u16string ExeName() {
 std::u16string BesideIni() { return rtl::ChangeFileExt(ExeName(), u".INI"); }
 
 void WriteBytes(const std::u16string& name, const std::string& bytes) {
-  HANDLE f = CreateFileW(W(name), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  ASSERT_NE(f, INVALID_HANDLE_VALUE);
-  DWORD written = 0;
-  WriteFile(f, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(f);
+  ASSERT_TRUE(nox_test::WriteBytes(name, bytes)) << rtl::Utf16ToUtf8(name);
 }
 
 // Starts the library afresh, as a program would that loads it once more.

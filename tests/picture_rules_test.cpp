@@ -16,28 +16,24 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using ui::TPictureClaim;
 
-void Le16(Bytes& b, std::uint32_t v) {
-  b.push_back(static_cast<std::uint8_t>(v));
-  b.push_back(static_cast<std::uint8_t>(v >> 8));
+// Integers of `n` bytes, least or most significant byte first.
+void Le(Bytes& b, std::uint32_t v, int n) {
+  for (int i = 0; i < n; ++i) b.push_back(static_cast<std::uint8_t>(v >> 8 * i));
 }
-void Le32(Bytes& b, std::uint32_t v) {
-  Le16(b, v & 0xFFFF);
-  Le16(b, v >> 16);
-}
-void Be16(Bytes& b, std::uint32_t v) {
-  b.push_back(static_cast<std::uint8_t>(v >> 8));
-  b.push_back(static_cast<std::uint8_t>(v));
-}
-void Be32(Bytes& b, std::uint32_t v) {
-  Be16(b, v >> 16);
-  Be16(b, v & 0xFFFF);
+void Be(Bytes& b, std::uint32_t v, int n) {
+  for (int i = n - 1; i >= 0; --i) b.push_back(static_cast<std::uint8_t>(v >> 8 * i));
 }
 void Text(Bytes& b, const std::string& s) { b.insert(b.end(), s.begin(), s.end()); }
 Bytes Cut(const Bytes& b, std::size_t n) { return Bytes(b.begin(), b.begin() + n); }
+// `b` with the bytes from `at` on overwritten by `with`.
+Bytes Patch(Bytes b, std::size_t at, std::initializer_list<std::uint8_t> with) {
+  std::copy(with.begin(), with.end(), b.begin() + static_cast<std::ptrdiff_t>(at));
+  return b;
+}
 
 // A PNG chunk; the checksum is left 0, as nothing here reads it.
 void Chunk(Bytes& b, const std::string& type, std::size_t length) {
-  Be32(b, static_cast<std::uint32_t>(length));
+  Be(b, static_cast<std::uint32_t>(length), 4);
   Text(b, type);
   b.insert(b.end(), length + 4, 0);
 }
@@ -45,11 +41,9 @@ void Chunk(Bytes& b, const std::string& type, std::size_t length) {
 // Signature, header, one image data chunk of `data` bytes, end.
 Bytes Png(std::uint32_t width, std::uint32_t height, std::uint8_t depth = 8,
           std::uint8_t colour = 0, std::size_t data = 64) {
-  Bytes b{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-  Be32(b, 13);
-  Text(b, "IHDR");
-  Be32(b, width);
-  Be32(b, height);
+  Bytes b{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13, 'I', 'H', 'D', 'R'};
+  Be(b, width, 4);
+  Be(b, height, 4);
   b.insert(b.end(), {depth, colour, 0, 0, 0, 0, 0, 0, 0});  // methods, interlace, checksum
   Chunk(b, "IDAT", data);
   Chunk(b, "IEND", 0);
@@ -59,23 +53,18 @@ Bytes Png(std::uint32_t width, std::uint32_t height, std::uint8_t depth = 8,
 // File header, info header (40 bytes, or the 12-byte core one), `pixels` bytes right after.
 Bytes Bmp(std::int32_t width, std::int32_t height, std::uint16_t bits, std::size_t pixels,
           std::uint32_t compression = 0, std::uint32_t header = 40) {
-  Bytes b;
-  Text(b, "BM");
-  Le32(b, 14 + header + static_cast<std::uint32_t>(pixels));
-  Le32(b, 0);
-  Le32(b, 14 + header);
-  Le32(b, header);
-  if (header == 12) {
-    Le16(b, static_cast<std::uint32_t>(width));
-    Le16(b, static_cast<std::uint32_t>(height));
-    Le16(b, 1);
-    Le16(b, bits);
-  } else {
-    Le32(b, static_cast<std::uint32_t>(width));
-    Le32(b, static_cast<std::uint32_t>(height));
-    Le16(b, 1);
-    Le16(b, bits);
-    Le32(b, compression);
+  Bytes b{'B', 'M'};
+  Le(b, 14 + header + static_cast<std::uint32_t>(pixels), 4);
+  Le(b, 0, 4);
+  Le(b, 14 + header, 4);
+  Le(b, header, 4);
+  const int side = header == 12 ? 2 : 4;  // the core header's sizes are 16 bits
+  Le(b, static_cast<std::uint32_t>(width), side);
+  Le(b, static_cast<std::uint32_t>(height), side);
+  Le(b, 1, 2);
+  Le(b, bits, 2);
+  if (header != 12) {
+    Le(b, compression, 4);
     b.insert(b.end(), header - 20, 0);
   }
   b.insert(b.end(), pixels, 0x55);
@@ -85,16 +74,14 @@ Bytes Bmp(std::int32_t width, std::int32_t height, std::uint16_t bits, std::size
 // A screen with a two-colour table, one frame of a single-pixel data block, the trailer.
 Bytes Gif(std::uint32_t width, std::uint32_t height, std::uint32_t frameWidth = 1,
           std::uint32_t frameHeight = 1) {
-  Bytes b;
-  Text(b, "GIF89a");
-  Le16(b, width);
-  Le16(b, height);
+  Bytes b{'G', 'I', 'F', '8', '9', 'a'};
+  Le(b, width, 2);
+  Le(b, height, 2);
   b.insert(b.end(), {0x80, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF});
   b.insert(b.end(), {0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // an extension before the frame
-  b.push_back(0x2C);
-  Le32(b, 0);
-  Le16(b, frameWidth);
-  Le16(b, frameHeight);
+  b.insert(b.end(), {0x2C, 0, 0, 0, 0});  // a frame at 0, 0
+  Le(b, frameWidth, 2);
+  Le(b, frameHeight, 2);
   b.insert(b.end(), {0, 2, 2, 0x44, 0x01, 0, 0x3B});
   return b;
 }
@@ -103,15 +90,10 @@ Bytes Gif(std::uint32_t width, std::uint32_t height, std::uint32_t frameWidth = 
 // bytes up to `size`, end.
 Bytes Jpeg(std::uint32_t width, std::uint32_t height, std::size_t size,
            std::uint8_t marker = 0xC0) {
-  Bytes b{0xFF, 0xD8, 0xFF, 0xE0};
-  Be16(b, 16);
-  Text(b, "JFIF");
-  b.insert(b.end(), {0, 1, 1, 0, 0, 1, 0, 1, 0, 0});
-  b.insert(b.end(), {0xFF, marker});
-  Be16(b, 17);
-  b.push_back(8);
-  Be16(b, height);
-  Be16(b, width);
+  Bytes b{0xFF, 0xD8, 0xFF, 0xE0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0};
+  b.insert(b.end(), {0xFF, marker, 0, 17, 8});  // length 17, precision 8
+  Be(b, height, 2);
+  Be(b, width, 2);
   b.insert(b.end(), {3, 1, 0x22, 0, 2, 0x11, 1, 3, 0x11, 1});
   if (b.size() + 2 < size) b.insert(b.end(), size - b.size() - 2, 0x5A);
   b.insert(b.end(), {0xFF, 0xD9});
@@ -121,8 +103,8 @@ Bytes Jpeg(std::uint32_t width, std::uint32_t height, std::size_t size,
 // An icon whose one image is `image`.
 Bytes Ico(const Bytes& image, std::uint32_t offset = 22) {
   Bytes b{0, 0, 1, 0, 1, 0, 16, 16, 0, 0, 1, 0, 32, 0};
-  Le32(b, static_cast<std::uint32_t>(image.size()));
-  Le32(b, offset);
+  Le(b, static_cast<std::uint32_t>(image.size()), 4);
+  Le(b, offset, 4);
   b.insert(b.end(), image.begin(), image.end());
   return b;
 }
@@ -134,8 +116,6 @@ Bytes IconDib(std::int32_t width, std::int32_t height, std::uint16_t bits, std::
 }
 
 TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
-  // A TIFF, and text that is no picture: for the decoder to judge.
-  const Bytes tiff{'I', 'I', 42, 0, 8, 0, 0, 0};
   Bytes jpegFill = Jpeg(64, 32, 600);
   jpegFill.insert(jpegFill.begin() + 20, {0xFF, 0xFF});  // fill bytes before the frame's marker
   const struct {
@@ -168,38 +148,13 @@ TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
       {"arithmetic JPEG: no floor", Jpeg(8000, 8000, 300, 0xC9), {ui::pfJpeg, 8000, 8000, 24}},
       {"icon with a PNG", Ico(Png(16, 16, 8, 6)), {ui::pfIco, 16, 16, 32}},
       {"icon with a bitmap", Ico(IconDib(16, 16, 32, 16 * 16 * 4)), {ui::pfIco, 16, 16, 32}},
-      {"TIFF", tiff, {}},
+      {"TIFF", {'I', 'I', 42, 0, 8, 0, 0, 0}, {}},
       {"text", {'h', 'e', 'l', 'l', 'o'}, {}},
   };
-  for (const auto& c : cases) {
-    try {
-      EXPECT_EQ(ui::CheckPictureBytes(c.bytes), c.claim) << c.what;
-    } catch (const rtl::Exception& e) {
-      ADD_FAILURE() << c.what << ": " << e.what();
-    }
-  }
+  for (const auto& c : cases) EXPECT_EQ(ui::CheckPictureBytes(c.bytes), c.claim) << c.what;
 }
 
 TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
-  Bytes pngBadLength = Png(16, 16);
-  pngBadLength[11] = 14;  // the header chunk's length
-  Bytes pngNoHeader = Png(16, 16);
-  std::copy_n("IDAT", 4, pngNoHeader.begin() + 12);  // the first chunk, of 13 bytes, not IHDR
-  // The image data chunk claims 2 GiB and the file ends in it: its 100 bytes make at most
-  // 103200, short of the 160000 of 400 x 400.
-  Bytes pngHugeChunk = Cut(Png(400, 400, 8, 0, 100), 8 + 25 + 8 + 100);
-  pngHugeChunk[33] = 0x7F;
-  Bytes bmpFarPixels = Bmp(2, 2, 32, 16);
-  bmpFarPixels[10] = 0xF0;  // the pixels 4 GiB on
-  bmpFarPixels[13] = 0xFF;
-  Bytes bmpHugeHeader = Bmp(2, 2, 32, 16);
-  bmpHugeHeader[17] = 0xFF;
-  Bytes jpegScanFirst = Jpeg(64, 32, 600);
-  jpegScanFirst[21] = 0xDA;  // the frame header's marker made a scan's
-  Bytes jpegLengthOne = Jpeg(64, 32, 600);
-  jpegLengthOne[5] = 1;
-  Bytes jpegNoComponents = Jpeg(64, 32, 600);
-  jpegNoComponents[29] = 0;
   // No global colour table (the top flag bit) but a size for one: the frame follows at once.
   Bytes gifNoTable = Gif(16, 16, 65535, 65535);
   gifNoTable[10] = 0x01;
@@ -209,18 +164,20 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
     Bytes bytes;
   } cases[] = {
       {"nothing", {}},
-      {"PNG of 16384 x 16384 in 100 bytes", Png(16384, 16384, 8, 6, 45)},
       {"PNG of 8000 x 8000 with too little data", Png(8000, 8000, 8, 0, 62015)},
       {"PNG of 8192 x 8193", Png(8192, 8193, 1, 0, 9000)},
       {"PNG wider than 2^31", Png(0x80000000u, 1, 1, 0, 100)},
       {"PNG of width 0", Png(0, 16)},
       {"PNG colour type 5", Png(16, 16, 8, 5)},
       {"PNG RGB of 4 bits", Png(16, 16, 4, 2)},
-      {"PNG header chunk of 14 bytes", pngBadLength},
-      {"PNG without a header chunk", pngNoHeader},
+      {"PNG header chunk of 14 bytes", Patch(Png(16, 16), 11, {14})},
+      {"PNG whose first chunk is not IHDR", Patch(Png(16, 16), 12, {'I', 'D', 'A', 'T'})},
       {"PNG without image data", Png(16, 16, 8, 0, 0)},
       {"PNG cut in its header", Cut(Png(16, 16), 20)},
-      {"PNG whose data chunk claims more than the file", pngHugeChunk},
+      // The data chunk claims 2 GiB and the file ends in it: its 100 bytes make at most 103200,
+      // short of the 160000 of 400 x 400.
+      {"PNG whose data chunk claims more than the file",
+       Patch(Cut(Png(400, 400, 8, 0, 100), 8 + 25 + 8 + 100), 33, {0x7F})},
       {"BMP claiming more rows than its bytes", Bmp(100, 100, 24, 10)},
       {"bit-field BMP claiming more rows than its bytes", Bmp(100, 100, 32, 16, 3)},
       {"BMP without its last row's padding", Bmp(3, 2, 24, 23)},
@@ -230,8 +187,8 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
       {"BMP of height -2^31", Bmp(3, INT32_MIN, 24, 24)},
       {"BMP of 7 bits", Bmp(3, 2, 7, 24)},
       {"BMP with a 20-byte header", Bmp(3, 2, 24, 24, 0, 20)},
-      {"BMP with a 4 GiB header", bmpHugeHeader},
-      {"BMP whose pixels lie past its end", bmpFarPixels},
+      {"BMP with a 4 GiB header", Patch(Bmp(2, 2, 32, 16), 17, {0xFF})},
+      {"BMP whose pixels lie 4 GiB on", Patch(Bmp(2, 2, 32, 16), 10, {0xF0, 0, 0, 0xFF})},
       {"BMP cut after its signature", {'B', 'M'}},
       {"run-length BMP of 20000 x 20000", Bmp(20000, 20000, 8, 10, 1)},
       {"GIF screen of 65535 x 65535", Gif(65535, 65535)},
@@ -239,28 +196,20 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
       {"GIF frame of 65535 x 65535", Gif(16, 16, 65535, 65535)},
       {"GIF frame of 65535 x 65535 after a screen without colours", gifNoTable},
       {"GIF cut in its screen", Cut(Gif(16, 16), 10)},
-      {"JPEG of 8000 x 8000 in 300 bytes", Jpeg(8000, 8000, 300)},
       {"JPEG a byte short of its floor", Jpeg(8000, 8000, 124999)},
       {"JPEG of 65535 x 65535", Jpeg(65535, 65535, 1 << 20, 0xC9)},
       {"JPEG of height 0", Jpeg(64, 0, 600)},
-      {"JPEG of no components", jpegNoComponents},
-      {"JPEG with a scan before its frame", jpegScanFirst},
-      {"JPEG segment of length 1", jpegLengthOne},
+      {"JPEG of no components", Patch(Jpeg(64, 32, 600), 29, {0})},
+      {"JPEG with a scan before its frame", Patch(Jpeg(64, 32, 600), 21, {0xDA})},
+      {"JPEG segment of length 1", Patch(Jpeg(64, 32, 600), 5, {1})},
       {"JPEG cut before its frame", Cut(Jpeg(64, 32, 600), 20)},
       {"icon of no images", {0, 0, 1, 0, 0, 0}},
       {"icon whose image lies past its end", Ico(Png(16, 16), 4000)},
       {"icon with a PNG of 16384 x 16384", Ico(Png(16384, 16384, 8, 6, 45))},
       {"icon bitmap claiming more rows than its bytes", Ico(IconDib(16, 64, 32, 16 * 16 * 4))},
   };
-  for (const auto& c : cases) {
-    try {
-      const TPictureClaim claim = ui::CheckPictureBytes(c.bytes);
-      ADD_FAILURE() << c.what << ": accepted as " << claim.Width << " x " << claim.Height;
-    } catch (const ui::EInvalidGraphic&) {
-    } catch (const rtl::Exception& e) {
-      ADD_FAILURE() << c.what << ": not EInvalidGraphic: " << e.what();
-    }
-  }
+  for (const auto& c : cases)
+    EXPECT_THROW(ui::CheckPictureBytes(c.bytes), ui::EInvalidGraphic) << c.what;
 }
 
 TEST(StreamingPictureHeaders, EveryCutIsJudgedWithinTheBytes) {
@@ -269,9 +218,8 @@ TEST(StreamingPictureHeaders, EveryCutIsJudgedWithinTheBytes) {
                              Gif(16, 16, 8, 8), Jpeg(64, 32, 300), Ico(Png(16, 16)),
                              Ico(IconDib(4, 4, 32, 64))}) {
     for (std::size_t n = 0; n < whole.size(); ++n) {
-      const Bytes cut = Cut(whole, n);
       try {
-        ui::CheckPictureBytes(cut);
+        ui::CheckPictureBytes(Cut(whole, n));
       } catch (const ui::EInvalidGraphic&) {
       }
     }
@@ -283,13 +231,10 @@ TEST(StreamingPictureHeaders, ADecodedPictureHasAtMost64Megapixels) {
     std::uint64_t width, height;
     bool allowed;
   } cases[] = {
-      {1, 1, true},
-      {8192, 8192, true},
-      {8192, 8193, false},
-      {64 * 1024 * 1024, 1, true},
+      {1, 1, true},          {8192, 8192, true},
+      {8192, 8193, false},   {64 * 1024 * 1024, 1, true},
       {1, 64 * 1024 * 1024 + 1, false},
-      {0, 5, false},
-      {5, 0, false},
+      {0, 5, false},         {5, 0, false},
       // Products that wrap around in 64 bits.
       {std::uint64_t{1} << 32, std::uint64_t{1} << 32, false},
       {std::uint64_t{1} << 63, 2, false},

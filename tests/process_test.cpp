@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
+#include "rtl/ustring.h"
 #include "tools/process.h"
 
 namespace {
@@ -59,8 +61,8 @@ TEST(ProcessShellLine, SplitsFileFromParameters) {
   };
   for (const Case& c : cases) {
     const TShellLine split = SplitShellLine(c.line);
-    EXPECT_EQ(split.File, c.file) << std::string(c.line.begin(), c.line.end());
-    EXPECT_EQ(split.Params, c.params) << std::string(c.line.begin(), c.line.end());
+    EXPECT_EQ(split.File + u"|" + split.Params, c.file + u"|" + c.params)
+        << std::string(c.line.begin(), c.line.end());
   }
 }
 
@@ -77,12 +79,13 @@ TEST(ProcessCommandLines, QuoteAsTheStartersExpect) {
 }
 
 TEST(ProcessAdmin, OnlyBareDocumentsGoThroughTheirProgram) {
-  EXPECT_TRUE(RunsThroughAssociation(u"C:\\brief.txt", u""));
-  EXPECT_FALSE(RunsThroughAssociation(u"C:\\brief.txt", u"/p"));
-  EXPECT_FALSE(RunsThroughAssociation(u"C:\\SETUP.EXE", u""));
-  EXPECT_FALSE(RunsThroughAssociation(u"C:\\command.com", u""));
-  // Anywhere in the name, as the callers have always relied on.
-  EXPECT_FALSE(RunsThroughAssociation(u"C:\\x.exe.txt", u""));
+  // ".exe" counts anywhere in the name, as the callers have always relied on.
+  const std::tuple<const char16_t*, const char16_t*, bool> cases[] = {
+      {u"C:\\brief.txt", u"", true},    {u"C:\\brief.txt", u"/p", false},
+      {u"C:\\SETUP.EXE", u"", false},   {u"C:\\command.com", u"", false},
+      {u"C:\\x.exe.txt", u"", false}};
+  for (const auto& [file, params, through] : cases)
+    EXPECT_EQ(RunsThroughAssociation(file, params), through) << rtl::Utf16ToUtf8(file);
 }
 
 TEST(ProcessFileType, EntriesWithAndWithoutIcon) {

@@ -1,18 +1,17 @@
-// The process routines on a real system, under Wine: the shell's error message, starting
-// recordargs.exe and waiting for it, shell links, file types and the program behind a
-// document.
+// The process routines under Wine, with recordargs.exe as the program started.
 #include <windows.h>
 
 #include <objbase.h>
 #include <shlobj.h>
-#include <tlhelp32.h>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <future>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rtl/handles.h"
@@ -31,28 +30,12 @@ using nox_test::W;
 
 const std::u16string kRecordArgs = nox_test::WinPath(NOX_RECORDARGS_EXE);
 
-// Ids of the running recordargs.exe processes.
-std::vector<DWORD> RunningRecorders() {
-  std::vector<DWORD> ids;
-  const rtl::unique_hfile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-  if (!snapshot) return ids;
-  PROCESSENTRY32W entry{};
-  entry.dwSize = sizeof(entry);
-  for (BOOL more = Process32FirstW(snapshot.get(), &entry); more;
-       more = Process32NextW(snapshot.get(), &entry))
-    if (lstrcmpiW(entry.szExeFile, L"recordargs.exe") == 0) ids.push_back(entry.th32ProcessID);
-  return ids;
-}
-
 // ExecAndWait waits without end; a recorder that hangs is ended after 30 s so that the
 // test fails instead of hanging.
 bool ExecAndWaitBounded(const std::u16string& program, const std::u16string& params) {
   auto run = std::async(std::launch::async, [&] { return ExecAndWait(program, params, SW_HIDE); });
   if (run.wait_for(std::chrono::seconds(30)) == std::future_status::timeout) {
-    for (const DWORD id : RunningRecorders()) {
-      const rtl::unique_handle p(OpenProcess(PROCESS_TERMINATE, FALSE, id));
-      if (p) TerminateProcess(p.get(), 1);
-    }
+    nox_test::EndProcesses(L"recordargs.exe");
     run.wait();
     ADD_FAILURE() << "recordargs.exe did not end within 30 s";
     return false;
@@ -60,14 +43,17 @@ bool ExecAndWaitBounded(const std::u16string& program, const std::u16string& par
   return run.get();
 }
 
-// Starts recordargs.exe with `params` and returns its two record lines.
-std::vector<std::string> Record(const std::u16string& params) {
+// The record lines of the recordargs.exe that `start` starts. The shell starts a program
+// and returns, so the record is waited for.
+std::vector<std::string> Record(const std::function<void()>& start) {
   const std::u16string file = TempFolder() + u"nox_process_record.txt";
   DeleteFileW(W(file));
   SetEnvironmentVariableW(L"NOX_RECORD_FILE", W(file));
-  EXPECT_TRUE(ExecAndWaitBounded(kRecordArgs, params));
+  start();
   SetEnvironmentVariableW(L"NOX_RECORD_FILE", nullptr);
-  const std::string text = nox_test::ReadBytes(file);
+  std::string text = nox_test::ReadBytes(file);
+  for (int i = 0; i < 300 && text.find('\n') == std::string::npos; ++i, Sleep(100))
+    text = nox_test::ReadBytes(file);
   DeleteFileW(W(file));
   std::vector<std::string> lines;
   std::istringstream stream(text);
@@ -75,41 +61,30 @@ std::vector<std::string> Record(const std::u16string& params) {
   return lines;
 }
 
-TEST(ProcessWinShell, MissingFileShowsTheShellsReasonAndStillSucceeds) {
-  ShownMessages messages;
-  EXPECT_TRUE(qm_ShellExecute(0, u"open", u"C:\\nox_missing_folder\\missing.nox", u"", u"",
-                              SW_SHOWNORMAL));
-  ASSERT_EQ(messages.shown.size(), 1u);
-  EXPECT_EQ(messages.shown[0], u"Datei wurde nicht gefunden.");
+std::vector<std::string> Record(const std::u16string& params) {
+  return Record([&] { EXPECT_TRUE(ExecAndWaitBounded(kRecordArgs, params)); });
 }
 
-TEST(ProcessWinShell, ACodeWithoutATextShowsAnEmptyMessage) {
-  // An existing file of a type nothing is registered for: "no association".
-  const std::u16string file = TempFolder() + u"nox_process_test.noxnoassoc";
-  ASSERT_TRUE(nox_test::WriteBytes(file, ""));
-  ShownMessages messages;
-  EXPECT_TRUE(qm_ShellExecute(0, u"open", file, u"", u"", SW_SHOWNORMAL));
-  DeleteFileW(W(file));
-  ASSERT_EQ(messages.shown.size(), 1u);
-  EXPECT_EQ(messages.shown[0], u"");
+TEST(ProcessWinShell, AFailureShowsTheShellsReasonOrNothingAndStillSucceeds) {
+  // The second is an existing file of a type nothing is registered for: no text for its code.
+  const std::u16string noAssoc = TempFolder() + u"nox_process_test.noxnoassoc";
+  ASSERT_TRUE(nox_test::WriteBytes(noAssoc, ""));
+  const std::pair<std::u16string, std::u16string> cases[] = {
+      {u"C:\\nox_missing_folder\\missing.nox", u"Datei wurde nicht gefunden."}, {noAssoc, u""}};
+  for (const auto& [file, text] : cases) {
+    ShownMessages messages;
+    EXPECT_TRUE(qm_ShellExecute(0, u"open", file, u"", u"", SW_SHOWNORMAL));
+    EXPECT_EQ(messages.shown, std::vector{text});
+  }
+  DeleteFileW(W(noAssoc));
 }
 
 TEST(ProcessWinShell, AQuotedProgramAloneGetsTwoQuotesAsParameters) {
-  const std::u16string record = TempFolder() + u"nox_process_shell.txt";
-  DeleteFileW(W(record));
-  SetEnvironmentVariableW(L"NOX_RECORD_FILE", W(record));
   ShownMessages messages;
-  Shellparaline(u"\"" + kRecordArgs + u"\"");
-  SetEnvironmentVariableW(L"NOX_RECORD_FILE", nullptr);
-  // The shell starts the program and returns: wait for its record.
-  std::string text;
-  for (int i = 0; i < 300 && text.find('\n') == std::string::npos; ++i) {
-    Sleep(100);
-    text = nox_test::ReadBytes(record);
-  }
-  DeleteFileW(W(record));
+  const auto lines = Record([] { Shellparaline(u"\"" + kRecordArgs + u"\""); });
   EXPECT_TRUE(messages.shown.empty());
-  EXPECT_TRUE(text.substr(0, text.find('\n')).ends_with(R"(recordargs.exe" "")")) << text;
+  ASSERT_FALSE(lines.empty());
+  EXPECT_TRUE(lines[0].ends_with(R"(recordargs.exe" "")")) << lines[0];
 }
 
 TEST(ProcessWinExec, StartsTheProgramQuotedInItsFolder) {
@@ -117,17 +92,8 @@ TEST(ProcessWinExec, StartsTheProgramQuotedInItsFolder) {
   std::string folder = rtl::Utf16ToUtf8(rtl::ExtractFilePath(kRecordArgs));
   folder.pop_back();  // the working folder comes without its final backslash
 
-  const auto empty = Record(u"");
-  ASSERT_EQ(empty.size(), 2u);
-  EXPECT_EQ(empty[0], "\"" + program + "\" \"\"");
-  EXPECT_EQ(rtl::Utf8ToUtf16(empty[1]), rtl::Utf8ToUtf16(folder));
-
-  const auto spaced = Record(u"a b");
-  ASSERT_EQ(spaced.size(), 2u);
-  EXPECT_EQ(spaced[0], "\"" + program + "\" \"a b\"");
-}
-
-TEST(ProcessWinExec, MissingProgramIsNotStarted) {
+  EXPECT_EQ(Record(u""), (std::vector<std::string>{"\"" + program + "\" \"\"", folder}));
+  EXPECT_EQ(Record(u"a b"), (std::vector<std::string>{"\"" + program + "\" \"a b\"", folder}));
   EXPECT_FALSE(ExecAndWait(u"C:\\nox_missing_folder\\missing.exe", u"", SW_HIDE));
 }
 
@@ -166,7 +132,7 @@ TEST(ProcessWinExec, RepeatedStartsLeaveNoHandlesOrProcessesBehind) {
   const DWORD after = OwnHandleCount();
   // Two handles a start were left open before; a few may come and go with the thread pool.
   EXPECT_LE(after, before + 5) << before;
-  EXPECT_TRUE(RunningRecorders().empty());
+  EXPECT_EQ(nox_test::CountProcesses(L"recordargs.exe"), 0);
 }
 
 TEST(ProcessWinLink, ReadsTargetAndArgumentsOfALink) {
@@ -202,14 +168,16 @@ TEST(ProcessWinFileType, WritesTheThreeKeys) {
   // The 8-bit texts are ANSI (code page 1252 under Wine): 0xFC is a u-umlaut.
   RegisterFileType("C:\\N\xFCx\\nox.exe", "ignored", ext, "C:\\Nox\\nox.exe,1");
 
+  const std::pair<std::u16string, std::u16string> keys[] = {
+      {u"\\." + ext16, ext16 + u"_file"},
+      {u"\\" + ext16 + u"_file\\DefaultIcon", u"C:\\Nox\\nox.exe,1"},
+      {u"\\" + ext16 + u"_file\\shell\\open\\command", u"\"C:\\Nüx\\nox.exe\" \"%1\""}};
   rtl::TRegistry registry(KEY_READ);
   registry.SetRootKey(HKEY_CLASSES_ROOT);
-  ASSERT_TRUE(registry.OpenKeyReadOnly(u"\\." + ext16));
-  EXPECT_EQ(registry.ReadString(u""), ext16 + u"_file");
-  ASSERT_TRUE(registry.OpenKeyReadOnly(u"\\" + ext16 + u"_file\\DefaultIcon"));
-  EXPECT_EQ(registry.ReadString(u""), u"C:\\Nox\\nox.exe,1");
-  ASSERT_TRUE(registry.OpenKeyReadOnly(u"\\" + ext16 + u"_file\\shell\\open\\command"));
-  EXPECT_EQ(registry.ReadString(u""), u"\"C:\\Nüx\\nox.exe\" \"%1\"");
+  for (const auto& [key, value] : keys) {
+    EXPECT_TRUE(registry.OpenKeyReadOnly(key)) << rtl::Utf16ToUtf8(key);
+    EXPECT_EQ(registry.ReadString(u""), value);
+  }
   registry.CloseKey();
 
   rtl::TRegistry cleanup;

@@ -1,6 +1,5 @@
-// Project file readers: what the start page reads out of an IDE project file (output
-// folder, main source, units, the groups holding a setting) and the substring rules
-// behind it.
+// What the start page reads out of an IDE project file (output folder, main source, units,
+// the groups holding a setting), and the substring rules behind it.
 #include "tools/projectfile.h"
 
 #include <gtest/gtest.h>
@@ -66,15 +65,7 @@ class ProjectFileApp : public ::testing::Test {
         uR"(        <DCCReference Include="src\Main.pas"/>)",
         uR"(        <DCCReference Include="src\Win64Only.pas"/>)",
         uR"(    </ItemGroup>)",
-        uR"(    <ProjectExtensions>)",
-        uR"(        <BorlandProject>)",
-        uR"(            <Delphi.Personality>)",
-        uR"(                <Source>)",
-        uR"(                    <Source Name="MainSource">Noxdesk.dpr</Source>)",
-        uR"(                </Source>)",
-        uR"(            </Delphi.Personality>)",
-        uR"(        </BorlandProject>)",
-        uR"(    </ProjectExtensions>)",
+        uR"(    <ProjectExtensions><Source Name="MainSource">Noxdesk.dpr</Source>)",
         uR"(</Project>)",
     });
   }
@@ -97,11 +88,7 @@ TEST_F(ProjectFileApp, ReadsOutputFolderAndMainSource) {
 }
 
 TEST_F(ProjectFileApp, ReadsPropertyOfFirstMatchingGroup) {
-  struct Case {
-    const char16_t* group;
-    const char16_t* prop;
-    const char* value;
-  };
+  struct Case { const char16_t* group; const char16_t* prop; const char* value; };
   const Case cases[] = {
       {u"'$(Base)'!=''", u"<DCC_UsePackage>",
        "        rtl;vcl;vclx;dbrtl;$(DCC_UsePackage)"},  // indentation stays
@@ -133,16 +120,15 @@ TEST_F(ProjectFileApp, ListsUnitsSortedWithoutDuplicates) {
 }
 
 TEST_F(ProjectFileApp, ListsGroupsHoldingSetting) {
-  const Str base = uR"(    <PropertyGroup Condition="'$(Base)'!=''">)";
-  const Str win64 = uR"(    <PropertyGroup Condition="'$(Base_Win64)'!=''">)";
-  const Str cfg1 = uR"(    <PropertyGroup Condition="'$(Cfg_1)'!=''">)";
-  const Str cfg2 = uR"(    <PropertyGroup Condition="'$(Cfg_2)'!=''">)";
+  // Each group line once per matching property, in file order.
+  const auto group = [](const char16_t* name) {
+    return u"    <PropertyGroup Condition=\"'$(" + Str(name) + u")'!=''\">\x01";
+  };
   EXPECT_EQ(Qm_tools::GetXMLPropertyGroups(lines, u"<PropertyGroup", u"<DCC_ExeOutput>"),
-            base + u'\x01' + win64 + u'\x01');
-  // One entry per matching property, in file order.
+            group(u"Base") + group(u"Base_Win64"));
   EXPECT_EQ(Qm_tools::GetXMLPropertyGroups(lines, u"<PropertyGroup", u"<DCC_"),
-            base + u'\x01' + base + u'\x01' + win64 + u'\x01' + win64 + u'\x01' + cfg1 +
-                u'\x01' + cfg1 + u'\x01' + cfg2 + u'\x01' + cfg2 + u'\x01');
+            group(u"Base") + group(u"Base") + group(u"Base_Win64") + group(u"Base_Win64") +
+                group(u"Cfg_1") + group(u"Cfg_1") + group(u"Cfg_2") + group(u"Cfg_2"));
 
   const Str plain = u"    <ItemGroup>";
   const Str win = uR"(    <ItemGroup Condition="'$(Platform)'=='Win64'">)";

@@ -1,6 +1,5 @@
-// Word and position search (tools/search.h). The whole-word, reverse and wildcard
-// searches are checked against the plain definitions they must agree with, written here
-// the slow and literal way, over many generated strings.
+// Word and position search. The whole-word, reverse and wildcard searches are checked
+// against slow, literal statements of what they must agree with, over generated strings.
 #include "tools/search.h"
 
 #include <gtest/gtest.h>
@@ -114,8 +113,7 @@ TEST(SearchWord, IterativeSearchEqualsRecursiveDefinition) {
 
 TEST(SearchWord, LongHostileTextNeedsNoDeepRecursion) {
   u16string rejected, lowerCase;
-  for (int i = 0; i < 200000; ++i) rejected += u"xAB ";
-  for (int i = 0; i < 200000; ++i) lowerCase += u"xab ";
+  for (int i = 0; i < 200000; ++i) rejected += u"xAB ", lowerCase += u"xab ";
   EXPECT_EQ(WordPos(u"ab", rejected + u"ab", false), 800001);
   EXPECT_EQ(WordPos(u"ab", lowerCase, false), 0);
   EXPECT_EQ(WordPos2(u"ab", lowerCase + u"ab"), 800001);

@@ -19,98 +19,55 @@ std::string Narrow(std::u16string_view s) { return std::string(s.begin(), s.end(
 
 // What the shared code finds in every global before any code of the unit has run.
 TEST(SharedDataGlobals, StartValues) {
-  using Value = std::variant<bool, std::int64_t, Str, const void*>;
+  using Value = std::variant<bool, std::int64_t, Str>;
   const auto I = [](std::int64_t v) { return Value(v); };
-  const auto P = [](const void* p) { return Value(p); };
-  const Value none = Str();
-  struct Row {
+  const struct {
     const char* name;
     Value value, start;
-  };
-  const Row rows[] = {
-      {"DiffDblClick", DiffDblClick, false},
-      {"IsDark", IsDark, false},
-      {"IDESlave", IDESlave, false},
+  } rows[] = {
+      {"DiffDblClick", DiffDblClick, false},       {"IsDark", IsDark, false},
+      {"IDESlave", IDESlave, false},               {"ShowLastProject", ShowLastProject, false},
+      {"StopAfterExec", StopAfterExec, false},     {"SecondInstanz", SecondInstanz, false},
       {"DelphiUsesEnglishIDE", DelphiUsesEnglishIDE, true},
-      {"ShowLastProject", ShowLastProject, false},
-      {"StopAfterExec", StopAfterExec, false},
-      {"SecondInstanz", SecondInstanz, false},
-      {"Project", P(Project), P(nullptr)},
+      {"ShowBookmarksToolbar", ShowBookmarksToolbar, true},
+      {"ShowFilePathPanel", ShowFilePathPanel, true},
       {"DVersions", DVersions,
        Str(u"Delphi 1,Delphi 2,Delphi 3,Delphi 4,Delphi 5,Delphi 6,Delphi 7,Delphi 8,"
            u"Delphi 2005,Delphi 2006,Delphi 2007,Delphi 2009,Delphi 2010,Delphi XE,Delphi XE2,"
            u"Delphi XE3,Delphi XE4,Delphi XE5,Delphi XE6,Delphi XE7,Delphi XE8,"
            u"Delphi 10 Seattle,Delphi 10.1 Berlin,Delphi 10.2 Tokyo,Delphi 10.3 Rio,"
            u"Delphi 10.4 Sydney,Delphi 11 Alexandria,Delphi 12 Athens,Delphi 13 Florence")},
-      {"PrevNextPosition", I(PrevNextPosition), I(0)},
-      {"FMXCounter", I(FMXCounter), I(0)},
-      {"VCLCounter", I(VCLCounter), I(0)},
-      {"OpenProjIn", I(OpenProjIn), I(100000)},
-      {"stvNoUpdate", I(stvNoUpdate), I(0)},
       {"StdFontName", StdFontName, Str(u"Courier New")},
       {"StdFontNameUni", StdFontNameUni, Str(u"Arial Unicode MS")},
-      {"StdFontSize", I(StdFontSize), I(10)},
-      {"StdFontTextColor", I(StdFontTextColor), I(0x00000000)},  // black
+      {"OpenProjIn", I(OpenProjIn), I(100000)},    {"StdFontSize", I(StdFontSize), I(10)},
+      {"MaxUndo", I(MaxUndo), I(10)},              {"StdFontTextColor", I(StdFontTextColor), I(0)},
       {"StdFontBackColor", I(StdFontBackColor), I(0x00FFFFFF)},  // white
-      {"StdFontStyle (styles in it)", I(std::ssize(StdFontStyle)), I(0)},
-      {"ShowBookmarksToolbar", ShowBookmarksToolbar, true},
-      {"ShowFilePathPanel", ShowFilePathPanel, true},
-      {"MaxUndo", I(MaxUndo), I(10)},
-      {"AktUndo", I(AktUndo), I(0)},
-      {"Multistart", I(Multistart), I(0)},
-      // Those that start empty.
-      {"PlugInHandle", P(PlugInHandle), P(nullptr)},
-      {"LastProjFile", LastProjFile, none},
-      {"LastSelectedNodeText", LastSelectedNodeText, none},
-      {"LastSelectedDocText", LastSelectedDocText, none},
-      {"LastProjTV", LastProjTV, none},
-      {"LastDocTV", LastDocTV, none},
-      {"AADest", AADest, none},
-      {"AASrc", AASrc, none},
-      {"FileMan", FileMan, none},
-      {"PDFProg", PDFProg, none},
-      {"BackupProg", BackupProg, none},
-      {"CurrentDelphi", CurrentDelphi, none},
-      {"MasterDelphi", MasterDelphi, none},
-      {"LastAddPath", LastAddPath, none},
-      {"LastSaveDir", LastSaveDir, none},
-      {"MethodsFile", MethodsFile, none},
-      {"MethodsHintsFile", MethodsHintsFile, none},
-      {"MethodsClassFile", MethodsClassFile, none},
-      {"UsedProjectColumns", I(UsedProjectColumns), I(0)},
-      // The lists come with the unit's start-up; slPosInfo with the companion's code.
-      {"slMethods", P(slMethods), P(nullptr)},
-      {"slMethodsHints", P(slMethodsHints), P(nullptr)},
-      {"slMethodsClass", P(slMethodsClass), P(nullptr)},
-      {"slUnits", P(slUnits), P(nullptr)},
-      {"slExistingDelphis", P(slExistingDelphis), P(nullptr)},
-      {"slProgs", P(slProgs), P(nullptr)},
-      {"slPrevNextLine", P(slPrevNextLine), P(nullptr)},
-      {"slPrevNextFile", P(slPrevNextFile), P(nullptr)},
-      {"slPropRepl", P(slPropRepl), P(nullptr)},
-      {"slValRepl", P(slValRepl), P(nullptr)},
-      {"slRemoveFMX", P(slRemoveFMX), P(nullptr)},
-      {"slDelFilesAtEnd", P(slDelFilesAtEnd), P(nullptr)},
-      {"slPosInfo", P(slPosInfo), P(nullptr)},
   };
-  // Kind and value, readable in a failure.
-  const auto text = [](const Value& v) {
-    switch (v.index()) {
-      case 0: return std::string(std::get<bool>(v) ? "true" : "false");
-      case 1: return std::to_string(std::get<std::int64_t>(v));
-      case 2: return '"' + Narrow(std::get<Str>(v)) + '"';
-      default: return std::get<const void*>(v) == nullptr ? std::string("null") : "pointer";
-    }
-  };
-  for (const Row& r : rows) EXPECT_EQ(text(r.value), text(r.start)) << r.name;
+  for (const auto& r : rows) EXPECT_EQ(r.value, r.start) << r.name;
+  // The rest start at zero, empty or without a list (the lists come with the unit's start-up;
+  // slPosInfo with the companion's code).
+  const std::int64_t zeros[] = {PrevNextPosition, FMXCounter, VCLCounter, stvNoUpdate,
+                                AktUndo, Multistart, UsedProjectColumns,
+                                std::ssize(StdFontStyle)};
+  for (const std::int64_t& z : zeros) EXPECT_EQ(z, 0) << "number " << &z - zeros;
+  const Str* const empty[] = {&LastProjFile,  &LastSelectedNodeText, &LastSelectedDocText,
+                              &LastProjTV,    &LastDocTV,            &AADest,
+                              &AASrc,         &FileMan,              &PDFProg,
+                              &BackupProg,    &CurrentDelphi,        &MasterDelphi,
+                              &LastAddPath,   &LastSaveDir,          &MethodsFile,
+                              &MethodsHintsFile, &MethodsClassFile};
+  for (const Str* const& e : empty) EXPECT_EQ(*e, u"") << "text " << &e - empty;
+  const void* const none[] = {Project,       PlugInHandle,   slMethods,         slMethodsHints,
+                              slMethodsClass, slUnits,       slExistingDelphis, slProgs,
+                              slPrevNextLine, slPrevNextFile, slPropRepl,       slValRepl,
+                              slRemoveFMX,   slDelFilesAtEnd, slPosInfo};
+  for (const void* const& p : none) EXPECT_EQ(p, nullptr) << "pointer " << &p - none;
 }
 
 TEST(SharedDataText, LeadingBlanksAndParentFolders) {
-  EXPECT_EQ(GetSpaceCount(u""), 0);
-  EXPECT_EQ(GetSpaceCount(u"   "), 3);
-  EXPECT_EQ(GetSpaceCount(u"  x y"), 2);
-  EXPECT_EQ(GetSpaceCount(u"  \t x"), 2);  // a tab is not a blank
-  EXPECT_EQ(GetSpaceCount(u"\t  x"), 0);
+  const std::pair<Str, int> blanks[] = {
+      {u"", 0}, {u"   ", 3}, {u"  x y", 2}, {u"  \t x", 2}, {u"\t  x", 0}};  // a tab is no blank
+  for (const auto& [text, count] : blanks) EXPECT_EQ(GetSpaceCount(text), count) << Narrow(text);
 
   const std::pair<Str, Str> dirs[] = {
       {u"C:\\a\\b", u"C:\\a\\"}, {u"C:\\a\\b\\", u"C:\\a\\"}, {u"C:\\a", u"C:\\"},
@@ -155,8 +112,7 @@ TEST_F(SharedDataFileName, MadeAbsoluteAgainstTheProjectFolder) {
 
 TEST_F(SharedDataFileName, UnchangedWithoutAProject) {
   Project = nullptr;
-  EXPECT_EQ(GetFileName(u"..\\u.pas"), u"..\\u.pas");
-  EXPECT_EQ(GetFileName(u"u.pas"), u"u.pas");
+  for (const Str name : {u"..\\u.pas", u"u.pas"}) EXPECT_EQ(GetFileName(name), name);
 }
 
 TEST_F(SharedDataFileName, HostileNamesStayLinear) {

@@ -5,20 +5,15 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "rtl/filer.h"
-#include "rtl/streams.h"
-#include "tools/streaming.h"
-#include "ui/extctrls.h"
-#include "ui/forms.h"
-#include "ui/menus.h"
 #include "ui/persist.h"
-#include "ui/stdctrls.h"
 #include "tests/message_pump.h"
+#include "tests/streaming_forms.h"
 #include "win_support.h"
 
 namespace {
@@ -26,66 +21,19 @@ namespace {
 using namespace Qm_tools;
 using namespace nox_test;
 
-std::unique_ptr<rtl::TMemoryStream> Stream(const std::function<void(rtl::TWriter&)>& children) {
-  auto stream = std::make_unique<rtl::TMemoryStream>();
-  rtl::TWriter w(*stream);
-  w.WriteSignature();
-  w.WriteStr(u"TForm");
-  w.WriteStr(u"F");
-  w.WriteListEnd();
-  children(w);
-  w.WriteListEnd();
-  stream->SetPosition(0);
-  return stream;
+// A form "F" whose children `children` writes.
+template <class Children>
+std::unique_ptr<rtl::TMemoryStream> Stream(Children children) {
+  return FormStream([&](rtl::TWriter& w) {
+    w.WriteListEnd();
+    children(w);
+    w.WriteListEnd();
+  });
 }
 
 void Open(rtl::TWriter& w, const char16_t* cls, const char16_t* name) {
   w.WriteStr(cls);
   w.WriteStr(name);
-}
-
-// A form as a program would design it: panels, labels, a menu, an image and lists.
-std::string DesignedFormFile() {
-  ui::TForm form(nullptr);
-  form.Name = u"Designed";
-  form.SetBounds(10, 20, 400, 300);
-  auto* top = new ui::TPanel(&form);
-  top->Name = u"Top";
-  top->SetParent(&form);
-  top->SetAlign(ui::alTop);
-  auto* inner = new ui::TPanel(&form);
-  inner->Name = u"Inner";
-  inner->SetParent(top);
-  auto* label = new ui::TLabel(&form);
-  label->Name = u"Caption1";
-  label->SetParent(inner);
-  label->SetCaption(u"Grüße");
-  auto* image = new ui::TImage(&form);
-  image->Name = u"Logo";
-  image->SetParent(&form);
-  image->Picture.Assign(ui::CreateDib24(6, 4, [](int x, int) { return x < 3 ? ui::clRed : ui::clBlue; }));
-  ConvertImgToPngSize(*image, 8);
-  auto* list = new ui::TListBox(&form);
-  list->Name = u"List1";
-  list->SetParent(&form);
-  list->Items().Add(u"eins");
-  list->Items().Add(u"zwei");
-  auto* memo = new ui::TMemo(&form);
-  memo->Name = u"Memo1";
-  memo->SetParent(&form);
-  memo->SetText(u"a\r\nb");
-  auto* menu = new ui::TPopupMenu(&form);
-  menu->Name = u"Menu1";
-  auto* item = new ui::TMenuItem(&form);
-  item->Name = u"Open1";
-  item->Caption = u"Ö&ffnen";
-  menu->Items()->Add(item);
-  auto* sub = new ui::TMenuItem(&form);
-  sub->Name = u"Recent1";
-  item->Add(sub);
-  const std::u16string file = TempFolder() + u"designed.dfm";
-  SaveCompToFile(form, file);
-  return ReadBytes(file);
 }
 
 // Loads `bytes` as a file into a new form: "" when it loaded, else the exception's class.
@@ -105,58 +53,43 @@ std::string LoadInto(const std::string& bytes, const std::u16string& file) {
 }
 
 TEST(StreamingHostileWin, CyclesAndSelfNestingAreRefusedAndTheFormFreesCleanly) {
-  const auto cycle = Stream([](rtl::TWriter& w) {
-    Open(w, u"TPanel", u"A");
-    w.WriteListEnd();
-    Open(w, u"TPanel", u"B");
-    w.WriteListEnd();
-    Open(w, u"TPanel", u"A");
-    w.WriteListEnd();
-    for (int i = 0; i < 6; ++i) w.WriteListEnd();
-  });
-  const auto self = Stream([](rtl::TWriter& w) {
-    Open(w, u"TPanel", u"A");
-    w.WriteListEnd();
-    Open(w, u"TPanel", u"A");
-    w.WriteListEnd();
-    for (int i = 0; i < 4; ++i) w.WriteListEnd();
-  });
-  for (rtl::TMemoryStream* s : {cycle.get(), self.get()}) {
+  using Chain = std::vector<std::pair<const char16_t*, const char16_t*>>;
+  const struct {
+    const char* what;
+    Chain chain;  // each inside the one before
+    int ends;
+  } cases[] = {
+      {"a cycle", {{u"TPanel", u"A"}, {u"TPanel", u"B"}, {u"TPanel", u"A"}}, 6},
+      {"a panel inside itself", {{u"TPanel", u"A"}, {u"TPanel", u"A"}}, 4},
+      {"a menu item inside itself", {{u"TPopupMenu", u"M"}, {u"TMenuItem", u"X"}, {u"TMenuItem", u"X"}}, 4},
+  };
+  for (const auto& c : cases) {
+    const auto stream = Stream([&](rtl::TWriter& w) {
+      for (const auto& [cls, name] : c.chain) {
+        Open(w, cls, name);
+        w.WriteListEnd();
+      }
+      for (int i = 0; i < c.ends; ++i) w.WriteListEnd();
+    });
+    // The form's own menu item stays in its menu.
     auto form = std::make_unique<ui::TForm>(nullptr);
-    EXPECT_THROW(ui::ReadComponent(*s, *form), rtl::EFilerError);
-    EXPECT_EQ(form->ComponentCount(), 0);
+    auto* menu = new ui::TPopupMenu(form.get());
+    menu->Name = u"M";
+    auto* item = new ui::TMenuItem(form.get());
+    item->Name = u"X";
+    menu->Items()->Add(item);
+    EXPECT_THROW(ui::ReadComponent(*stream, *form), rtl::EFilerError) << c.what;
+    EXPECT_EQ(form->ComponentCount(), 2) << c.what;
+    ASSERT_EQ(menu->Items()->Count(), 1) << c.what;
+    EXPECT_EQ(menu->Items()->Items(0), item) << c.what;
     form.reset();  // a cycle would loop or free twice here
   }
-
-  // A menu item listed inside itself: refused, and the form's own item stays in its menu.
-  ui::TForm form(nullptr);
-  auto* menu = new ui::TPopupMenu(&form);
-  menu->Name = u"M";
-  auto* item = new ui::TMenuItem(&form);
-  item->Name = u"X";
-  menu->Items()->Add(item);
-  const auto menuSelf = Stream([](rtl::TWriter& w) {
-    Open(w, u"TPopupMenu", u"M");
-    w.WriteListEnd();
-    Open(w, u"TMenuItem", u"X");
-    w.WriteListEnd();
-    Open(w, u"TMenuItem", u"X");
-    w.WriteListEnd();
-    for (int i = 0; i < 4; ++i) w.WriteListEnd();
-  });
-  EXPECT_THROW(ui::ReadComponent(*menuSelf, form), rtl::EFilerError);
-  ASSERT_EQ(menu->Items()->Count(), 1);
-  EXPECT_EQ(menu->Items()->Items(0), item);
 }
 
 TEST(StreamingHostileWin, AFailureLeavesTheCallersComponentsWhereTheyWere) {
   ui::TForm form(nullptr);
-  auto* holder = new ui::TPanel(&form);
-  holder->Name = u"A";
-  holder->SetParent(&form);
-  auto* label = new ui::TLabel(&form);
-  label->Name = u"L";
-  label->SetParent(holder);
+  auto* holder = Place<ui::TPanel>(form, form, u"A");
+  auto* label = Place<ui::TLabel>(form, *holder, u"L");
   // L moves into a new panel, then a picture that is no picture stops the load.
   const auto broken = Stream([](rtl::TWriter& w) {
     Open(w, u"TPanel", u"N");
@@ -215,9 +148,10 @@ TEST(StreamingHostileWin, TwoHundredFiftySixNestedPanelsLoadShowAndFree) {
 }
 
 TEST(StreamingHostileWin, EveryPrefixAndTenThousandMutationsFailOnlyAsTheLibrarysErrors) {
-  const std::string whole = DesignedFormFile();
-  ASSERT_GT(whole.size(), 100u);
   const std::u16string file = TempFolder() + u"hostile.dfm";
+  SaveCompToFile(*DesignedForm(), file);
+  const std::string whole = ReadBytes(file);
+  ASSERT_GT(whole.size(), 100u);
   ASSERT_EQ(LoadInto(whole, file), "");
   for (std::size_t n = 0; n < whole.size(); ++n)
     ASSERT_EQ(LoadInto(whole.substr(0, n), file), "refused") << "prefix of " << n << " bytes";

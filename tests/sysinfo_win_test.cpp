@@ -1,6 +1,5 @@
-// The system-information routines (tools/sysinfo.h) against the running system: what they
-// read from the registry, System.INI and windows the test makes, and the waits with the
-// messages that end them.
+// The system-information routines against the running system, System.INI, the registry
+// and windows the test makes.
 #include "tools/sysinfo.h"
 
 #include <gtest/gtest.h>
@@ -26,9 +25,9 @@ const wchar_t kValue[] = L"AppsUseLightTheme";
 
 bool KeyExists(const wchar_t* path) {
   HKEY raw = nullptr;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &raw) != ERROR_SUCCESS) return false;
+  const bool found = RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &raw) == ERROR_SUCCESS;
   const rtl::unique_hkey key(raw);
-  return true;
+  return found;
 }
 
 // A top-level window of class `cls` at the given place. Without a window manager Wine takes
@@ -46,9 +45,7 @@ rtl::unique_hwnd MakeWindow(const wchar_t* cls, int left, int top, int width, in
 }
 
 TEST(SysInfoWinSystem, TheRunningSystemIsNamedAndDescribed) {
-  const u16string name = GetOSName();
-  EXPECT_NE(name, u"Unknown");
-  EXPECT_EQ(name.rfind(u"Windows ", 0), 0u) << rtl::Utf16ToUtf8(name);
+  EXPECT_EQ(GetOSName().rfind(u"Windows ", 0), 0u) << rtl::Utf16ToUtf8(GetOSName());
   EXPECT_EQ(GetOSNameEx(false, false).rfind(u"Windows ", 0), 0u);
   EXPECT_NE(GetOSNameEx(true, false).find(u", Build "), u16string::npos);
   EXPECT_NE(GetWindowsVersion(), u"GetVersionEx() Error");
@@ -87,12 +84,15 @@ TEST(SysInfoWinSystem, DarkModeFollowsTheUsersLightThemeValue) {
     RegSetValueExW(key.get(), kValue, 0, type, static_cast<const BYTE*>(data), size);
   };
   const DWORD zero = 0, one = 1;
-  set(REG_DWORD, &zero, 4);
-  EXPECT_TRUE(DarkModeIsEnabled());
-  set(REG_DWORD, &one, 4);
-  EXPECT_FALSE(DarkModeIsEnabled());
-  set(REG_SZ, L"0", 4);
-  EXPECT_FALSE(DarkModeIsEnabled()) << "only a DWORD counts";
+  const struct {
+    DWORD type;
+    const void* data;
+    bool dark;
+  } cases[] = {{REG_DWORD, &zero, true}, {REG_DWORD, &one, false}, {REG_SZ, L"0", false}};
+  for (const auto& c : cases) {
+    set(c.type, c.data, 4);
+    EXPECT_EQ(DarkModeIsEnabled(), c.dark) << c.type << " (only a DWORD counts)";
+  }
   RegDeleteValueW(key.get(), kValue);
   EXPECT_FALSE(DarkModeIsEnabled());
 
@@ -187,7 +187,6 @@ TEST(SysInfoWinTimer, StopwatchTextIsMillisecondsAndShownWhenAsked) {
   const char16_t separator = rtl::FormatSettings.DecimalSeparator;
   rtl::FormatSettings.DecimalSeparator = u',';
   TestTimerStart();
-  EXPECT_GT(iTimerFreq, 0);
   Sleep(20);
   u16string quiet, text;
   {

@@ -30,11 +30,6 @@ TRect WindowRect(HWND window) {
   return {r.left, r.top, r.right, r.bottom};
 }
 
-std::string Describe(const TRect& r) {
-  return "{" + std::to_string(r.Left) + "," + std::to_string(r.Top) + "," +
-         std::to_string(r.Right) + "," + std::to_string(r.Bottom) + "}";
-}
-
 // A form on the screen, shown without a caption and without activating it: Wine hands
 // such windows to the window manager, and under Xvfb, where there is none, it waits two
 // seconds for one whenever they are hidden or destroyed.
@@ -99,25 +94,19 @@ TEST(UiLayout, AlignedChildWindowsFollowTheirParentsSize) {
         {left, {0, 28, 97, h}}, {rest, {97, 28, w, h}},
     };
     for (const auto& [control, rect] : expected) {
-      EXPECT_EQ(WindowRect(control->Handle()), rect) << Describe(WindowRect(control->Handle()));
-      EXPECT_EQ(control->BoundsRect(), rect) << Describe(control->BoundsRect());
+      EXPECT_EQ(WindowRect(control->Handle()), rect);
+      EXPECT_EQ(control->BoundsRect(), rect);
     }
     EXPECT_EQ(resizes, c.resizes);
   }
-}
-
-TEST(UiLayout, HidingAnAlignedChildGivesItsSpaceToTheOthers) {
-  auto form = ShownForm(200, 100);
-  auto* top = Make<TPanel>(form.get(), form.get());
-  top->SetAlign(alTop);
-  top->SetHeight(30);
-  auto* rest = Make<TPanel>(form.get(), form.get());
-  rest->SetAlign(alClient);
+  // A hidden child gives its space to the others, and so does one that is freed.
   top->SetVisible(false);
   EXPECT_FALSE(IsWindowVisible(top->Handle()));
-  EXPECT_EQ(WindowRect(rest->Handle()), (TRect{0, 0, 200, 100}));
+  EXPECT_EQ(WindowRect(left->Handle()), (TRect{0, 0, 97, 410}));
   top->SetVisible(true);
-  EXPECT_EQ(WindowRect(rest->Handle()), (TRect{0, 30, 200, 100}));
+  delete left;
+  EXPECT_EQ(frame->ControlCount(), 2);
+  EXPECT_EQ(WindowRect(rest->Handle()), (TRect{0, 28, 300, 410}));
 }
 
 TEST(UiTimer, FiresOncePerEnablingWhenItsHandlerTurnsItOff) {
@@ -154,32 +143,14 @@ TEST(UiOwnership, FreeingTheOwnerEndsEveryWindowAndChildBelowIt) {
   new Counted<TTimer>(frame, freed);
   const HWND windows[] = {form->Handle(), frame->Handle(), panel->Handle(), owned->Handle(),
                           unowned->Handle()};
-  for (HWND w : windows) ASSERT_TRUE(IsWindow(w));
-
   form.reset();
   for (HWND w : windows) EXPECT_FALSE(IsWindow(w));
   EXPECT_EQ(freed, 3);
 }
 
-TEST(UiOwnership, AControlLeavingItsParentIsNoLongerLaidOutThere) {
-  auto form = ShownForm(200, 100);
-  auto* panel = Make<TPanel>(form.get(), form.get());
-  panel->SetAlign(alClient);
-  auto* top = Make<TPanel>(form.get(), form.get());
-  top->SetAlign(alTop);
-  top->SetHeight(40);
-  EXPECT_EQ(panel->BoundsRect(), (TRect{0, 40, 200, 100}));
-  delete top;
-  EXPECT_EQ(form->ControlCount(), 1);
-  EXPECT_EQ(WindowRect(panel->Handle()), (TRect{0, 0, 200, 100}));
-}
-
 TEST(UiSpeedButton, AClickOnTheButtonReachesOnClick) {
   auto form = ShownForm(300, 200);
-  auto* panel = Make<TPanel>(form.get(), form.get());
-  panel->SetAlign(alTop);
-  auto* button = Make<TSpeedButton>(form.get(), panel);
-  button->SetAlign(alLeft);
+  auto* button = Make<TSpeedButton>(form.get(), form.get());
   button->SetBounds(0, 0, 97, 26);
   button->SetCaption(u"Show PlugIn");
   int clicks = 0;
@@ -190,7 +161,6 @@ TEST(UiSpeedButton, AClickOnTheButtonReachesOnClick) {
   wchar_t text[32] = {};
   GetWindowTextW(button->Handle(), text, 32);
   EXPECT_EQ(std::wstring(text), L"Show PlugIn");
-
   SendMessageW(button->Handle(), BM_CLICK, 0, 0);
   PumpFor(20);
   EXPECT_EQ(clicks, 1) << "BM_CLICK";
@@ -204,14 +174,17 @@ TEST(UiSpeedButton, AClickOnTheButtonReachesOnClick) {
   EXPECT_EQ(clicks, 2) << "released outside the button";
 }
 
-// A frame that takes WM_COPYDATA itself, as a view receiving requests does.
-class CopyDataFrame : public TFrame {
+// A frame that takes WM_COPYDATA itself, as a view receiving requests does, and records the
+// WM_APP messages dispatched to it.
+class OverridingFrame : public TFrame {
  public:
   using TFrame::TFrame;
   std::u16string received;
+  std::string arrived;
 
  protected:
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override {
+    if (msg == WM_APP) arrived += std::to_string(wParam);
     if (msg != WM_COPYDATA) return TFrame::WndProc(msg, wParam, lParam);
     const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     received.assign(static_cast<const char16_t*>(data->lpData), data->cbData / 2);
@@ -221,7 +194,7 @@ class CopyDataFrame : public TFrame {
 
 TEST(UiFrame, AnOverridingWndProcReceivesCopyDataAndLeavesTheRest) {
   auto form = ShownForm(300, 200);
-  auto* frame = Make<CopyDataFrame>(form.get(), form.get());
+  auto* frame = Make<OverridingFrame>(form.get(), form.get());
   int resizes = 0;
   frame->OnResize = [&](TObject*) { ++resizes; };
   std::u16string path = u"C:\\Projects\\Demo.dproj";
@@ -234,22 +207,9 @@ TEST(UiFrame, AnOverridingWndProcReceivesCopyDataAndLeavesTheRest) {
   EXPECT_EQ(resizes, 1);
 }
 
-// A frame that records the WM_APP messages dispatched to it.
-class RecordingFrame : public TFrame {
- public:
-  using TFrame::TFrame;
-  std::string arrived;
-
- protected:
-  LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override {
-    if (msg == WM_APP) arrived += std::to_string(wParam);
-    return TFrame::WndProc(msg, wParam, lParam);
-  }
-};
-
 TEST(UiApplicationEvents, OnMessageSeesQueuedMessagesOfAnyLoopAndMaySwallowThem) {
   auto form = ShownForm(100, 100);
-  auto* frame = Make<RecordingFrame>(form.get(), form.get());
+  auto* frame = Make<OverridingFrame>(form.get(), form.get());
   std::string seenFirst, seenLast;
   auto* first = new TApplicationEvents(form.get());
   first->OnMessage = [&](MSG& msg, bool&) {

@@ -1,7 +1,5 @@
-// The interface helpers' rules: wrapping and shortening text by measured width, colour
-// arithmetic and its text, the system's selection colour, rectangles, picture fitting, header
-// sections, the message naming the controls under the mouse and the points where menus open.
-// Lists, grids and headers themselves are tested on real windows.
+// The interface helpers' rules: text by measured width, colours, rectangles, pictures, header
+// sections, list lines and menu points. Lists, grids and headers are tested on real windows.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -51,14 +49,11 @@ TEST(UiHelpersText, TextTooWideIsCutUntilItFitsWithDotsAndTwoPixelsToSpare) {
       {u"abcdefghijkl", 51, u"abcdef..."},     // 50 would fit but for the spare pixels
       {u"abcdefghijkl", 30, u"ab..."},
       {u"abcdefghijkl", 16, u"..."},           // nothing fits
-      {u"", 50, u""},
-      {u"", 0, u""},
+      {u"", 50, u""},                          {u"", 0, u""},
       {u"abcdefghijkl", INT_MAX, u"abcdefghijkl"},
       // Not even "..." fits: the text is used up, and the dots are what is left.
-      {u"", -1, u"..."},
-      {u"a", -1, u"..."},
-      {u"", INT_MIN, u"..."},
-      {u"abc", INT_MIN + 1, u"..."},
+      {u"", -1, u"..."},     {u"a", -1, u"..."},
+      {u"", INT_MIN, u"..."}, {u"abc", INT_MIN + 1, u"..."},
   };
   for (const Case& c : cases)
     EXPECT_EQ(FitStrLen(c.width, Fixed(5), c.text), c.fitted)
@@ -86,18 +81,17 @@ TEST(UiHelpersColor, ChannelsMoveInProportionToThemselvesAndStayInRange) {
       {0x0000FF, false, 1.5, 0x0000FE},  // 253.5 goes up to the even 254
       {0x00FF00, false, 127.5, 0x008000},
       {static_cast<TColor>(0xFF808080u), true, 0, 0x808080},  // the top byte is not kept
+      {0x4080C0, true, 51, 0x4D9AE6},  // red, green and blue each on its own
   };
   for (const Case& c : cases)
     EXPECT_EQ(ChangeColor(c.color, c.lighter, c.amount), c.changed)
         << std::hex << c.color << (c.lighter ? " lighter " : " darker ") << c.amount;
-  // Red, green and blue are the low, middle and high byte, each on its own.
-  EXPECT_EQ(ChangeColor(0x4080C0, true, 51), 0x4D9AE6);
 }
 
 TEST(UiHelpersColor, HtmlTextIsRedGreenBlueInUpperCaseHex) {
-  EXPECT_EQ(RgbToHtml(0x0080FF), u"#FF8000");
-  EXPECT_EQ(RgbToHtml(0x0A0B0C), u"#0C0B0A");
-  EXPECT_EQ(RgbToHtml(0xFFFFFF), u"#FFFFFF");
+  for (auto [rgb, html] : {std::pair<TColor, std::u16string>{0x0080FF, u"#FF8000"},
+                           {0x0A0B0C, u"#0C0B0A"}, {0xFFFFFF, u"#FFFFFF"}})
+    EXPECT_EQ(RgbToHtml(rgb), html);
 }
 
 TEST(UiHelpersColor, SelectionColourFollowsTheSystemDescription) {
@@ -140,28 +134,22 @@ TEST(UiHelpersGeometry, PicturesFitTheirContainerWithTheAspectRatioKept) {
   for (const Case& c : cases) {
     double w = c.w, h = c.h;
     FitPictureToContainer(c.cw, c.ch, w, h);
-    EXPECT_EQ(w, c.fitW) << c.w << "x" << c.h;
-    EXPECT_EQ(h, c.fitH) << c.w << "x" << c.h;
-    int wi = static_cast<int>(c.w), hi = static_cast<int>(c.h);
-    if (c.w == 0) continue;  // the integer form has no zero test
-    FitPictureToContainerInt(static_cast<int>(c.cw), static_cast<int>(c.ch), wi, hi);
-    EXPECT_EQ(wi, c.fitW);
-    EXPECT_EQ(hi, c.fitH);
+    EXPECT_EQ(std::pair(w, h), std::pair(c.fitW, c.fitH)) << c.w << "x" << c.h;
   }
-  // Without the zero test: a zero container makes the picture nothing; a zero picture
-  // gives no number and is kept.
-  int w = 40, h = 30;
-  FitPictureToContainerInt(0, 100, w, h);
-  EXPECT_EQ(w, 0);
-  EXPECT_EQ(h, 0);
-  FitPictureToContainerInt(100, 100, w, h);
-  EXPECT_EQ(w, 0);
-  EXPECT_EQ(h, 0);
-  // A quotient beyond the integers keeps its side too (here by a negative container).
-  w = INT_MAX, h = 1;
-  FitPictureToContainerInt(-1, 2, w, h);
-  EXPECT_EQ(w, INT_MAX);
-  EXPECT_EQ(h, 2);
+  // The integer form has no zero test: a zero container makes the picture nothing, and a
+  // zero picture, or a quotient beyond the integers, keeps its side.
+  struct IntCase {
+    int cw, ch, w, h, fitW, fitH;
+  } const ints[] = {
+      {200, 100, 50, 50, 100, 100}, {200, 100, 400, 100, 200, 50}, {100, 100, 3, 2, 100, 67},
+      {16, 16, 32, 5, 16, 2},       {16, 16, 32, 7, 16, 4},        {0, 100, 40, 30, 0, 0},
+      {100, 100, 0, 0, 0, 0},       {-1, 2, INT_MAX, 1, INT_MAX, 2},
+  };
+  for (const IntCase& c : ints) {
+    int w = c.w, h = c.h;
+    FitPictureToContainerInt(c.cw, c.ch, w, h);
+    EXPECT_EQ(std::pair(w, h), std::pair(c.fitW, c.fitH)) << c.w << "x" << c.h;
+  }
 }
 
 TEST(UiHelpersGeometry, HeaderSectionsStartWhereTheOnesBeforeThemEnd) {
@@ -178,26 +166,17 @@ TEST(UiHelpersGeometry, ListLinesAreFoundOnlyInsideTheClientArea) {
     int top, height, count;
     int line;
   } const cases[] = {
-      {{50, 0}, 0, 16, 50, 0},
-      {{50, 15}, 0, 16, 50, 0},
-      {{50, 16}, 0, 16, 50, 1},
-      {{0, 95}, 0, 16, 50, 5},
-      {{99, 40}, 20, 16, 50, 22},   // scrolled: counted from the top line
-      {{50, 47}, 47, 16, 50, 49},
+      {{50, 0}, 0, 16, 50, 0},     {{50, 15}, 0, 16, 50, 0},    {{50, 16}, 0, 16, 50, 1},
+      {{0, 95}, 0, 16, 50, 5},     {{50, 47}, 47, 16, 50, 49},
+      {{99, 40}, 20, 16, 50, 22},  // scrolled: counted from the top line
       {{50, 48}, 47, 16, 50, -1},  // below the last line
       {{50, 0}, 0, 16, 0, -1},     // no lines at all
       // Outside the client area, where lines scrolled out of view would lie.
-      {{50, 96}, 0, 16, 50, -1},
-      {{50, 200}, 0, 16, 50, -1},
-      {{50, -1}, 20, 16, 50, -1},
-      {{100, 10}, 0, 16, 50, -1},
-      {{-1, 10}, 0, 16, 50, -1},
-      {{INT_MIN, INT_MIN}, 0, 16, 50, -1},
-      {{INT_MAX, INT_MAX}, 0, 16, 50, -1},
+      {{50, 96}, 0, 16, 50, -1},   {{50, 200}, 0, 16, 50, -1},  {{50, -1}, 20, 16, 50, -1},
+      {{100, 10}, 0, 16, 50, -1},  {{-1, 10}, 0, 16, 50, -1},
+      {{INT_MIN, INT_MIN}, 0, 16, 50, -1},  {{INT_MAX, INT_MAX}, 0, 16, 50, -1},
       // What the window says when it refuses, and counts at the end of the integers.
-      {{50, 10}, -1, 16, 50, -1},
-      {{50, 10}, 0, 0, 50, -1},
-      {{50, 10}, 0, -16, 50, -1},
+      {{50, 10}, -1, 16, 50, -1},  {{50, 10}, 0, 0, 50, -1},    {{50, 10}, 0, -16, 50, -1},
       {{50, 95}, INT_MAX - 1, 16, INT_MAX, -1},
       {{50, 95}, INT_MAX - 6, 16, INT_MAX, INT_MAX - 1},
   };
