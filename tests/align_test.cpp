@@ -25,12 +25,8 @@ std::string Describe(const std::vector<TRect>& rects) {
 }
 
 TEST(AlignBounds, ChildrenTakeTheirSharesInTheFrameworksOrder) {
-  struct Case {
-    const char* name;
-    std::vector<TAlignChild> children;
-    std::vector<TRect> expected;
-    TRect client{0, 0, 200, 100};
-  };
+  struct Case { const char* name; std::vector<TAlignChild> children; std::vector<TRect> expected;
+                TRect client{0, 0, 200, 100}; };
   const Case cases[] = {
       {"each side once, created in reverse order of stacking",
        {Child(alClient, {}), Child(alRight, {0, 0, 40, 5}), Child(alLeft, {0, 0, 30, 5}),

@@ -1,13 +1,11 @@
-// The companion program NOXPlugIn.exe (companion/main.cpp) as the host frame meets it:
-// started with a window handle of this process, it shows its two windows, lets itself be
-// docked, sends the open-project message and ends on WM_CLOSE.
+// The stand-in companion program, started for a window of this process as the frame does.
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <cstdint>
 #include <sstream>
 #include <string>
 
@@ -38,8 +36,7 @@ class Companion : public testing::Test {
     ASSERT_TRUE(companion_.process);
   }
 
-  // The companion's window of class `cls`, once it is there (and shown, if so asked). A
-  // window can be found between its creation and its showing, as a frame may find it.
+  // The companion's window of class `cls`, once it is there (and shown, if so asked).
   HWND WindowOfCompanion(const wchar_t* cls, bool shown = false) {
     HWND found = nullptr;
     PumpUntil(
@@ -98,13 +95,9 @@ TEST_F(Companion, ShowsItsWindowsIsDockedAndEndsOnClose) {
 }
 
 TEST_F(Companion, SendsTheOpenProjectMessage) {
-  struct Case {
-    const wchar_t* options;
-    int doubleClicked;  // list item, or -1
-    ULONG_PTR dwData;
-    std::wstring payload;
-    const wchar_t* fromClass;  // the main window once it is there
-  } cases[] = {
+  // doubleClicked: a list item, or -1; fromClass: the main window once it is there.
+  struct Case { const wchar_t* options; int doubleClicked; ULONG_PTR dwData; std::wstring payload;
+                const wchar_t* fromClass; } cases[] = {
       {L"", 1, 10023, std::wstring(L"C:\\Projects\\Ledger\\Ledger.dproj") + L'\0', L"TMainForm"},
       {L"--send-after 600", -1, 10023, std::wstring(L"C:\\Projects\\Demo\\Demo.dproj") + L'\0',
        L"TMainForm"},

@@ -1,15 +1,11 @@
-// The development host driven from its command line with the tests' own package
-// (tests/testpackage): what it logs of the package's life, where the page's frames end up
-// in its window, and what the package sees of the IDE's services.
+// The development host run from its command line with the tests' own package (testpackage/).
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,16 +16,7 @@ namespace {
 
 using nox_test::WidePath;
 
-std::wstring TempFile(const std::wstring& name) {
-  return nox_test::W(nox_test::TempFolder()) + name;
-}
-
-struct TTreeLine {
-  int depth;
-  std::string cls, title;
-  int x, y, w, h;
-  bool border;
-};
+struct TTreeLine { int depth; std::string cls, title; int x, y, w, h; bool border; };
 
 struct TTreeDump {
   int w = 0, h = 0;              // the Welcome Page area
@@ -57,7 +44,8 @@ struct THostRun {
   }
 };
 
-void ParseLog(std::istream& in, THostRun& run) {
+void ParseLog(const std::string& text, THostRun& run) {
+  std::istringstream in(text);
   static const std::regex area(R"(tree area size=(\d+)x(\d+) window-at=(\d+),(\d+))");
   static const std::regex window(
       R"re(tree( +)class=(.*) title="(.*)" at=(-?\d+),(-?\d+) size=(\d+)x(\d+) border=(\w+) .*)re");
@@ -79,12 +67,12 @@ void ParseLog(std::istream& in, THostRun& run) {
 
 // Runs devhost.exe with `package` and the further arguments, waits for it to end (at
 // most a minute) and reads its log.
-THostRun RunHost(const std::wstring& name, const std::wstring& package, const std::wstring& args) {
-  const std::wstring logFile = TempFile(L"devhost_" + name + L".log");
-  DeleteFileW(logFile.c_str());
+THostRun RunHost(const std::u16string& name, const std::wstring& package, const std::wstring& args) {
+  const std::u16string logFile = nox_test::TempFolder() + u"devhost_" + name + u".log";
+  DeleteFileW(nox_test::W(logFile));
   const nox_test::StartedProgram host = nox_test::StartProgram(
-      L"\"" + WidePath(NOX_DEVHOST_EXE) + L"\" --package \"" + package + L"\" --log \"" + logFile +
-      L"\" " + args);
+      L"\"" + WidePath(NOX_DEVHOST_EXE) + L"\" --package \"" + package + L"\" --log \"" +
+      nox_test::W(logFile) + L"\" " + args);
   THostRun run;
   if (!host.process) {
     ADD_FAILURE() << "devhost.exe did not start: " << GetLastError();
@@ -95,19 +83,18 @@ THostRun RunHost(const std::wstring& name, const std::wstring& package, const st
     TerminateProcess(host.process.get(), 99);
     ADD_FAILURE() << "devhost.exe did not end";
   }
-  std::ifstream in{std::filesystem::path(logFile)};
-  ParseLog(in, run);
+  ParseLog(nox_test::ReadBytes(logFile), run);
   return run;
 }
 
 std::wstring TestPackage() { return WidePath(NOX_TEST_PACKAGE); }
-std::wstring ScreenshotFile() { return TempFile(L"devhost_themed.bmp"); }
+std::u16string ScreenshotFile() { return nox_test::TempFolder() + u"devhost_themed.bmp"; }
 
 // One themed run serves most tests: Wine makes every start cost seconds.
 const THostRun& ThemedRun() {
   static const THostRun run = RunHost(
-      L"themed", TestPackage(),
-      L"--open TEST --theming on --screenshot \"" + ScreenshotFile() +
+      u"themed", TestPackage(),
+      L"--open TEST --theming on --screenshot \"" + std::wstring(nox_test::W(ScreenshotFile())) +
           L"\" --screenshot-at 1500 --dump-tree-at 1500 --resize-at 2000 800 600 "
           L"--dump-tree-at 2800 --exit-after 3200");
   return run;
@@ -115,33 +102,19 @@ const THostRun& ThemedRun() {
 
 TEST(DevHostLifecycle, LogsThePackageLifeInOrder) {
   const THostRun& run = ThemedRun();
+  // "references=0": the service held the creator's last reference.
   const char* const steps[] = {
-      "loaded path=",
-      "initialized",
-      "registered TEST \"Test page\"",
-      "Register done",
-      "caption frame created TEST \"Test page\"",
-      "client frame set TEST",
-      "view created TEST",
-      "view shown TEST",
-      "view destroyed TEST",
-      "unregistered TEST references=0",  // the service held the creator's last reference
-      "finalized",
-      "unloaded",
-      "references left services=0 welcomepage=0",
-      "exit code=0",
-  };
+      "loaded path=", "initialized", "registered TEST \"Test page\"", "Register done",
+      "caption frame created TEST \"Test page\"", "client frame set TEST", "view created TEST",
+      "view shown TEST", "view destroyed TEST", "unregistered TEST references=0", "finalized",
+      "unloaded", "references left services=0 welcomepage=0", "exit code=0"};
   int at = 0;
   for (const char* step : steps) {
     at = run.Find(step, at);
     ASSERT_GE(at, 0) << "missing, or out of order: " << step;
   }
   EXPECT_EQ(run.exitCode, 0u);
-}
-
-TEST(DevHostActions, OpenProjectRequestIsLogged) {
-  EXPECT_GE(ThemedRun().Find(R"(OpenProject path="C:\Projects\Demo\Demo.dproj" newProjGroup=true)"),
-            0);
+  EXPECT_GE(run.Find(R"(OpenProject path="C:\Projects\Demo\Demo.dproj" newProjGroup=true)"), 0);
 }
 
 // The caption frame fills the area, its bar on top and the client frame below it, before
@@ -169,18 +142,13 @@ TEST(DevHostPage, ClientFrameFillsThePageBelowTheCaptionAndFollowsAResize) {
 
 // The package asks the theming services and writes what it saw on its panel.
 TEST(DevHostTheming, PackageSeesTheThemingChosenOnTheCommandLine) {
-  const struct {
-    bool themed;
-    const char* panelTitle;
-  } cases[] = {
-      {true, "theming=on clWindow=00F4F0EE"},
-      {false, "theming=off"},
-  };
+  const struct { bool themed; const char* panelTitle; } cases[] = {
+      {true, "theming=on clWindow=00F4F0EE"}, {false, "theming=off"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.panelTitle);
     const THostRun run =
         c.themed ? ThemedRun()
-                 : RunHost(L"plain", TestPackage(),
+                 : RunHost(u"plain", TestPackage(),
                            L"--open TEST --theming off --dump-tree-at 500 --exit-after 800");
     ASSERT_FALSE(run.dumps.empty());
     EXPECT_EQ(run.dumps[0].Find(3, "TPanel").title, c.panelTitle);
@@ -192,8 +160,7 @@ TEST(DevHostScreenshot, ShowsTheClientFramePaintedInTheWindow) {
   const THostRun& run = ThemedRun();
   ASSERT_GE(run.Find("screenshot saved"), 0);
   ASSERT_FALSE(run.dumps.empty());
-  std::ifstream in(std::filesystem::path(ScreenshotFile()), std::ios::binary);
-  const std::string bmp((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  const std::string bmp = nox_test::ReadBytes(ScreenshotFile());
   ASSERT_GT(bmp.size(), 54u);
   BITMAPFILEHEADER file;
   BITMAPINFOHEADER info;
@@ -214,18 +181,11 @@ TEST(DevHostScreenshot, ShowsTheClientFramePaintedInTheWindow) {
 }
 
 TEST(DevHostFailures, AreReportedInTheLogAndTheExitCode) {
-  const struct {
-    const wchar_t* name;
-    std::wstring package;
-    const wchar_t* args;
-    const char* logged;
-    DWORD exitCode;
-  } cases[] = {
-      {L"nopackage", TestPackage() + L".missing", L"--exit-after 300", "load failed",
-       2},
-      {L"noplugin", TestPackage(), L"--open NOPE --exit-after 300", "show refused: no plug-in NOPE",
-       3},
-  };
+  const struct { const char16_t* name; std::wstring package; const wchar_t* args;
+                 const char* logged; DWORD exitCode; } cases[] = {
+      {u"nopackage", TestPackage() + L".missing", L"--exit-after 300", "load failed", 2},
+      {u"noplugin", TestPackage(), L"--open NOPE --exit-after 300",
+       "show refused: no plug-in NOPE", 3}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.logged);
     const THostRun run = RunHost(c.name, c.package, c.args);

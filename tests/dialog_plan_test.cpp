@@ -1,5 +1,4 @@
-// The message dialog's decisions: what the system message-box flags become, which words the
-// buttons carry, the order of the button row, the texts, and the sizing rules.
+// The message dialog's decisions: message-box flags, button words and row order, texts, sizes.
 #include "dialog/dialog_plan.h"
 
 #include <gtest/gtest.h>
@@ -29,20 +28,11 @@ TDialogPlan Plan(TMsgDlgType type, TMsgDlgButtons buttons, int lang = 1) {
 }
 
 TEST(DialogPlanMessageBox, FlagsGiveKindAndButtons) {
-  struct Case {
-    unsigned flags;
-    TMsgDlgType kind;
-    TMsgDlgButtons buttons;
-  };
-  const Case cases[] = {
-      {0x24, mtConfirmation, {mbYes, mbNo}},
-      {0x10, mtError, {mbOK}},
-      {0x31, mtWarning, {mbOK, mbCancel}},
-      {0x42, mtInformation, {mbAbort, mbRetry, mbIgnore}},
-      {0x03, mtCustom, {mbYes, mbNo, mbCancel}},
-      {0x55, mtCustom, {mbRetry, mbCancel}},
-      {0x06, mtCustom, {mbOK}},
-      {0x0F, mtCustom, {mbOK}},
+  const struct { unsigned flags; TMsgDlgType kind; TMsgDlgButtons buttons; } cases[] = {
+      {0x24, mtConfirmation, {mbYes, mbNo}}, {0x10, mtError, {mbOK}},
+      {0x31, mtWarning, {mbOK, mbCancel}}, {0x42, mtInformation, {mbAbort, mbRetry, mbIgnore}},
+      {0x03, mtCustom, {mbYes, mbNo, mbCancel}}, {0x55, mtCustom, {mbRetry, mbCancel}},
+      {0x06, mtCustom, {mbOK}}, {0x0F, mtCustom, {mbOK}},
       {0x124, mtConfirmation, {mbYes, mbNo}},  // bits above the two nibbles don't matter
   };
   for (const auto& c : cases) {
@@ -52,12 +42,7 @@ TEST(DialogPlanMessageBox, FlagsGiveKindAndButtons) {
 }
 
 TEST(DialogPlanWords, CaptionByLanguage) {
-  struct Case {
-    Str key;
-    int lang;
-    Str caption;
-  };
-  const Case cases[] = {
+  const struct { Str key; int lang; Str caption; } cases[] = {
       {u"cancel", 1, u"&Abbruch"}, {u"abort", 1, u"&Abbruch"}, {u"yes all", 1, u"Ja A&lle"},
       {u"close", 1, u"&Schließen"}, {u"error", 1, u"Fehler"}, {u"cancel", 2, u"&Cancel"},
       {u"no all", 2, u"No all"}, {u"abort", 7, u"&Abort"}, {u"yes", 0, u"&Yes"},
@@ -82,13 +67,7 @@ TEST(DialogPlanButtons, RowOrderIsFixedWithOkOrElseYesFirst) {
 }
 
 TEST(DialogPlanHeader, KindGivesWordAndGlyph) {
-  struct Case {
-    TMsgDlgType type;
-    int lang;
-    Str header;
-    int glyph;
-  };
-  const Case cases[] = {
+  const struct { TMsgDlgType type; int lang; Str header; int glyph; } cases[] = {
       {mtWarning, 2, u"Warning !", 0},       {mtConfirmation, 2, u"Confirmation", 1},
       {mtInformation, 2, u"Information", 2}, {mtError, 2, u"Error", 3},
       {mtCustom, 1, u"", -1},
@@ -100,10 +79,7 @@ TEST(DialogPlanHeader, KindGivesWordAndGlyph) {
 }
 
 TEST(DialogPlanText, MessageGetsBreaksAndCaptionsTheProgramName) {
-  struct Case {
-    Str path, captionText, window, bar;
-  };
-  const Case cases[] = {
+  const struct { Str path, captionText, window, bar; } cases[] = {
       {u"C:\\x\\NOXPlugIn.exe", u"", u"NOXPlugIn", u"NOXPlugIn"},
       {u"C:\\x.d\\tool", u"", u"tool", u"tool"},
       {u"C:\\x\\my.app.exe", u"Noxdesk", u"my.app", u"Noxdesk"},
@@ -123,14 +99,12 @@ TEST(DialogPlanSize, ButtonsAtLeast130WideAndFormGrowsToTheMessageUpToTheAllowan
   EXPECT_EQ((std::vector<int>{ButtonWidth(40), ButtonWidth(100), ButtonWidth(101)}),
             (std::vector<int>{130, 130, 131}));
   // Scroll box 200, form 415 high at top 300, allowance 400.
-  const struct {
-    int label, box, height, top;
-  } cases[] = {
-      {180, 200, 415, 300},  // fits with 20 to spare
-      {181, 200, 436, 290},  // grows by 21, moves up by 10
-      {300, 200, 555, 230},
-      {560, 200, 815, 100},  // exactly the allowance
-      {900, 200, 815, 100},  // the rest scrolls
+  const struct { int label, height, top; } cases[] = {
+      {180, 415, 300},  // fits with 20 to spare
+      {181, 436, 290},  // grows by 21, moves up by 10
+      {300, 555, 230},
+      {560, 815, 100},  // exactly the allowance
+      {900, 815, 100},  // the rest scrolls
   };
   for (const auto& c : cases) {
     const TFormBounds b = FormHeightFor(c.label, 200, 415, 300, 400);

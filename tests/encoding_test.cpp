@@ -1,6 +1,4 @@
-// Encodings, streams and the text-format family: the three file detectors on every mark
-// and its edge cases, the UTF-8 shape test's fast path against a byte loop, the line
-// reader across block boundaries, and lists saved and loaded in each encoding.
+// Encodings, streams, the file-format detectors and lists saved and loaded in each encoding.
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -42,16 +40,12 @@ std::u16string TempName(std::u16string_view stem) {
   return (std::filesystem::temp_directory_path() / (file + u".txt")).u16string();
 }
 
-// A file in the temp folder, written through the file stream and removed at scope end.
 struct TempFile {
   explicit TempFile(const Bytes& content, std::u16string_view stem = u"nox-encoding")
       : name(TempName(stem)) {
     rtl::TFileStream(name, rtl::fmCreate).WriteBuffer(content.data(), content.size());
   }
-  ~TempFile() {
-    std::error_code ignored;
-    std::filesystem::remove(std::filesystem::path(name), ignored);
-  }
+  ~TempFile() { std::error_code e; std::filesystem::remove(std::filesystem::path(name), e); }
   std::u16string name;
 };
 
@@ -87,7 +81,6 @@ TEST(EncodingDetectors, AgreeOnMarksAndTheirEdges) {
   const Case cases[] = {
       {"UTF-8 mark alone", "\xEF\xBB\xBF", u"Ansi", ansi, ansi, 0, false},
       {"UTF-8 mark", "\xEF\xBB\xBFGr\xC3\xBC\xC3\x9F" "e\r\n", u"utf-8", utf8, utf8, 4, true},
-      // The mark is believed even when the bytes after it are no UTF-8.
       {"UTF-8 mark before ANSI bytes", "\xEF\xBB\xBFGr\xFC\xDF" "e", u"utf-8", utf8, utf8, 4, false},
       {"UTF-16LE mark", "\xFF\xFE" "a\0\r\0\n\0"sv, u"utf-16", le, le, 2, false},
       {"UTF-16BE mark", "\xFE\xFF\0a"sv, u"utf-16-big", be, be, 2, false},
@@ -99,9 +92,8 @@ TEST(EncodingDetectors, AgreeOnMarksAndTheirEdges) {
       {"CR starting at the fifth byte", "abc\r\r\n", u"utf-8", ansi, utf8, 0, true},
       {"LF only", "abcd\nefgh\n", u"utf-8", ansi, utf8, 0, false},
       {"German in Windows-1252", "Gr\xFC\xDF" "e aus K\xF6ln", u"Ansi", ansi, ansi, 0, false},
-      // UTF-8 whose characters all exist in the ANSI code page round-trips unchanged.
-      {"German UTF-8, ANSI characters", "Gr\xC3\xBC\xC3\x9F" "e aus K\xC3\xB6ln", u"utf-8", ansi,
-       utf8, 0, false},
+      {"German UTF-8 within ANSI", "Gr\xC3\xBC\xC3\x9F" "e aus K\xC3\xB6ln", u"utf-8", ansi, utf8,
+       0, false},
       {"German UTF-8 with capital sharp s", "GRO\xE1\xBA\x9E" "E Gr\xC3\xBC\xC3\x9F" "e", u"utf-8",
        utf8, utf8, 0, false},
       {"UTF-8 cut at the end", "abcd\xE2\x82", u"Ansi", ansi, ansi, 0, false},
@@ -121,7 +113,7 @@ TEST(EncodingDetectors, AgreeOnMarksAndTheirEdges) {
   }
 }
 
-TEST(EncodingDetectors, MissingFileIsAnsiLeavesCrlfAloneAndMakesNoList) {
+TEST(EncodingDetectors, MissingAndUnreadableFiles) {
   const std::u16string missing = TempName(u"nox-encoding-missing");
   EXPECT_EQ(Qm_tools::GetFileFormat(missing), u"Ansi");
   EXPECT_EQ(Qm_tools::GetFileFormatEncoding(missing), TEncoding::ANSI());
@@ -135,23 +127,22 @@ TEST(EncodingDetectors, MissingFileIsAnsiLeavesCrlfAloneAndMakesNoList) {
   rtl::TStringList* list = nullptr;
   EXPECT_FALSE(Qm_tools::CanLoadStringList(list, missing));
   EXPECT_EQ(list, nullptr);
-  // An existing file gets a list of its own.
   const TempFile file(B("one\r\ntwo"));
   ASSERT_TRUE(Qm_tools::CanLoadStringList(list, file.name));
   ASSERT_NE(list, nullptr);
   EXPECT_EQ(LinesOf(*list), (Lines{u"one", u"two"}));
   delete list;
-}
+  list = nullptr;
 
-TEST(EncodingDetectors, UnreadableFileRaisesToTheCaller) {
-  const TempFile file(B("some text\r\n"), u"nox-encoding-locked");
-  std::u16string name = file.name;
+  // An unreadable file raises to the caller of the detectors.
+  const TempFile locked(B("some text\r\n"), u"nox-encoding-locked");
+  std::u16string name = locked.name;
 #ifdef _WIN32
   const rtl::unique_hfile hold(CreateFileW(reinterpret_cast<const wchar_t*>(name.c_str()),
                                            GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
   ASSERT_TRUE(hold);
 #else
-  // Root reads whatever the mode says; a process's own memory file fails at address 0.
+  // Root reads any mode, but reading a process's own memory at address 0 fails.
   if (geteuid() == 0)
     name = u"/proc/self/mem";
   else
@@ -162,12 +153,11 @@ TEST(EncodingDetectors, UnreadableFileRaisesToTheCaller) {
   EXPECT_THROW(Qm_tools::GetFileFormat(name), rtl::Exception);
   EXPECT_THROW(Qm_tools::GetFileFormatEncoding(name), rtl::Exception);
   EXPECT_THROW(Qm_tools::CheckFileFormat(name, markLen, crlf), rtl::Exception);
-  rtl::TStringList* list = nullptr;
   EXPECT_FALSE(Qm_tools::CanLoadStringList(list, name));
   delete list;
 }
 
-TEST(EncodingUtf8Structure, ShortCases) {
+TEST(EncodingUtf8Structure, ShortCasesAndTheFastPathAgainstAByteLoop) {
   const std::pair<std::string_view, bool> cases[] = {
       {"", true}, {"\xC3\xA4", true}, {"\xC3" "A", false}, {"\xE2\x82", false},
       {"\xED\xA0\x80", true},  // a surrogate: shape only
@@ -180,27 +170,22 @@ TEST(EncodingUtf8Structure, ShortCases) {
     EXPECT_EQ(Qm_tools::IsUtf8Structure(reinterpret_cast<const std::uint8_t*>(bytes.data()),
                                         bytes.size()), pass)
         << ::testing::PrintToString(std::string(bytes));
-}
-
-TEST(EncodingUtf8Structure, FastPathMatchesByteLoop) {
+  // The word-at-a-time path against the byte loop, from every alignment.
   std::mt19937 random(12345);
-  const std::uint8_t pieces[][4] = {{0xC3, 0xA4}, {0xE2, 0x82, 0xAC}, {0xF0, 0x9F, 0x98, 0x80},
-                                    {0x80}, {0xC3}, {0xFF}};
-  const size_t lengths[] = {2, 3, 4, 1, 1, 1};
+  const std::string_view pieces[] = {"\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
+                                     "\x80", "\xC3", "\xFF"};
   int passed = 0;
   for (int round = 0; round < 3000; ++round) {
     Bytes buffer;
     const size_t size = random() % 300;
     const unsigned rareness = 1 + random() % 200;
     while (buffer.size() < size) {
-      if (random() % rareness == 0) {
-        const size_t k = random() % (round % 2 ? 6 : 3);
-        buffer.insert(buffer.end(), pieces[k], pieces[k] + lengths[k]);
-      } else {
+      const auto piece = pieces[random() % (round % 2 ? 6 : 3)];
+      if (random() % rareness == 0)
+        buffer.insert(buffer.end(), piece.begin(), piece.end());
+      else
         buffer.push_back(static_cast<std::uint8_t>(random() % 0x80));
-      }
     }
-    // Shifts the start so that words are read from every alignment.
     const size_t from = buffer.empty() ? 0 : random() % std::min<size_t>(buffer.size(), 9);
     const bool expected = Utf8StructureByBytes(buffer.data() + from, buffer.size() - from);
     ASSERT_EQ(Qm_tools::IsUtf8Structure(buffer.data() + from, buffer.size() - from), expected)
@@ -212,23 +197,23 @@ TEST(EncodingUtf8Structure, FastPathMatchesByteLoop) {
 }
 
 TEST(EncodingAnsi, Windows1252Table) {
-  EXPECT_EQ(rtl::Windows1252ToChar(0x80), u'\u20AC');
-  EXPECT_EQ(rtl::Windows1252ToChar(0x9F), u'\u0178');
-  EXPECT_EQ(rtl::Windows1252ToChar(0xE4), u'\u00E4');
-  for (const std::uint8_t hole : {0x81, 0x8D, 0x8F, 0x90, 0x9D}) EXPECT_EQ(rtl::Windows1252ToChar(hole), hole);
+  for (const auto& [byte, c] : std::vector<std::pair<std::uint8_t, char16_t>>{
+           {0x80, u'\u20AC'}, {0x9F, u'\u0178'}, {0xE4, u'\u00E4'}, {0x81, 0x81}, {0x8D, 0x8D},
+           {0x8F, 0x8F}, {0x90, 0x90}, {0x9D, 0x9D}})  // the holes map to themselves
+    EXPECT_EQ(rtl::Windows1252ToChar(byte), c) << int{byte};
   Bytes all(256);
+  std::u16string table;
   for (int b = 0; b < 256; ++b) {
     all[b] = static_cast<std::uint8_t>(b);
-    EXPECT_EQ(rtl::CharToWindows1252(rtl::Windows1252ToChar(all[b])), b);
+    table += rtl::Windows1252ToChar(all[b]);
+    EXPECT_EQ(rtl::CharToWindows1252(table.back()), b);
   }
   EXPECT_EQ(rtl::CharToWindows1252(u'\u2192'), '?');
   EXPECT_EQ(rtl::CharToWindows1252(u'\u0100'), '?');
   if (!AnsiIs1252()) GTEST_SKIP() << "ANSI code page is not 1252";
-  // The system page agrees with the table, holes included, and does not fit look-alikes.
-  const std::u16string text = TEncoding::ANSI()->GetString(all);
-  ASSERT_EQ(text.size(), 256u);
-  for (int b = 0; b < 256; ++b) EXPECT_EQ(text[b], rtl::Windows1252ToChar(all[b]));
-  EXPECT_EQ(TEncoding::ANSI()->GetBytes(text), all);
+  // The system page agrees with the table, holes included.
+  EXPECT_EQ(TEncoding::ANSI()->GetString(all), table);
+  EXPECT_EQ(TEncoding::ANSI()->GetBytes(table), all);
   EXPECT_EQ(TEncoding::ANSI()->GetBytes(u"\u0100\u2192\U0001D11E"), B("????"));
 }
 
@@ -246,7 +231,6 @@ TEST(EncodingUnits, ABlockEndsBeforeACutCharacter) {
     EXPECT_EQ(c.encoding->CompleteLength(bytes.data(), bytes.size()), c.complete)
         << ::testing::PrintToString(std::string(c.bytes));
   }
-  // What is left at the end of the data is malformed: an odd byte is one U+FFFD.
   EXPECT_EQ(le->GetString(B("a\0b"sv)), u"a\uFFFD");
   EXPECT_EQ(be->GetString(B("\0ab"sv)), u"a\uFFFD");
 }
@@ -254,13 +238,12 @@ TEST(EncodingUnits, ABlockEndsBeforeACutCharacter) {
 TEST(EncodingWriter, WritesEachFullBufferButNeverHalfAPair) {
   rtl::TMemoryStream stream;
   rtl::TStreamWriter writer(stream, TEncoding::UTF8(), 4);
-  writer.Write(u"ab");
-  EXPECT_EQ(stream.Bytes(), B(""));
-  writer.Write(u"cd");
-  EXPECT_EQ(stream.Bytes(), B("abcd"));
-  writer.Write(u"efg\xD834");  // a full buffer whose last unit waits for its partner
-  EXPECT_EQ(stream.Bytes(), B("abcdefg"));
-  writer.Write(u"\xDD1E");
+  // A full buffer whose last unit is a high surrogate keeps it for its partner.
+  for (const auto& [text, written] : std::vector<std::pair<std::u16string, std::string_view>>{
+           {u"ab", ""}, {u"cd", "abcd"}, {u"efg\xD834", "abcdefg"}, {u"\xDD1E", "abcdefg"}}) {
+    writer.Write(text);
+    EXPECT_EQ(stream.Bytes(), B(written)) << stream.Bytes().size();
+  }
   writer.Flush();
   EXPECT_EQ(stream.Bytes(), B("abcdefg\xF0\x9D\x84\x9E"));
 }
@@ -273,7 +256,6 @@ TEST(EncodingReader, SplitsOnEveryLineEndAcrossSmallBlocks) {
   for (TEncoding* e : {TEncoding::UTF8(), TEncoding::Unicode(), TEncoding::BigEndianUnicode()}) {
     for (const int block : {16, 17, 4096}) {
       SCOPED_TRACE(e->CodePage() * 10000 + block);
-      // The encoding's own mark is skipped even without detection.
       Bytes bytes = e->GetPreamble();
       const Bytes body = e->GetBytes(text);
       bytes.insert(bytes.end(), body.begin(), body.end());
@@ -282,7 +264,6 @@ TEST(EncodingReader, SplitsOnEveryLineEndAcrossSmallBlocks) {
       Lines lines;
       while (!reader.EndOfStream()) lines.push_back(reader.ReadLine());
       EXPECT_EQ(lines, expected);
-      // A mark picks the encoding when detection is on.
       rtl::TMemoryStream again(bytes);
       rtl::TStreamReader detecting(again, TEncoding::ANSI(), true, block);
       EXPECT_EQ(detecting.ReadLine(), u"a");
@@ -319,7 +300,6 @@ TEST(EncodingLists, SaveThenLoadKeepsEveryLineInEachEncoding) {
     EXPECT_EQ(LinesOf(loaded), LinesOf(source));
     EXPECT_EQ(loaded.UpdateCount(), 0);
 
-    // Through a file with the mark the detectors look for; the load replaces the lines.
     Bytes bytes = e->GetPreamble();
     bytes.insert(bytes.end(), stream.Bytes().begin(), stream.Bytes().end());
     const TempFile file(bytes);

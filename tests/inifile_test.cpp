@@ -1,5 +1,4 @@
-// INI files through the profile API: what a value looks like after a round trip, how
-// numbers and flags read, and what a missing file or key gives.
+// INI files through the profile API: round trips, numbers and flags, missing files and keys.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -14,7 +13,6 @@ namespace {
 using rtl::TIniFile;
 using Str = std::u16string;
 
-// A file name in the temp folder that no other test uses; the file goes with the fixture.
 class IniFileTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -46,7 +44,6 @@ TEST_F(IniFileTest, ValuesComeBackAsWritten) {
 }
 
 TEST_F(IniFileTest, NumbersAndFlagsReadLikeTheFrameworksConversion) {
-  // The text rules themselves are IniFileMemNumbers'; here they meet the profile API.
   struct Case { Str text; int integer; bool flag; };  // with fallbacks 99 and true
   const Case cases[] = {{u"0", 0, false}, {u" 12 ", 12, true}, {u"-$10", -16, true},
                         {u"abc", 99, true}, {u"", 99, true}};
@@ -62,7 +59,7 @@ TEST_F(IniFileTest, NumbersAndFlagsReadLikeTheFrameworksConversion) {
   EXPECT_EQ(ini.ReadString(u"N", u"b", u""), u"0");
 }
 
-TEST_F(IniFileTest, AMissingFileGivesTheDefaults) {
+TEST_F(IniFileTest, AMissingFileGivesTheDefaultsAndARefusedWriteRaises) {
   DeleteFileW(reinterpret_cast<const wchar_t*>(fileName_.c_str()));
   TIniFile ini(fileName_);
   EXPECT_EQ(ini.ReadString(u"PlugInSettings", u"Programlocation", u"C:\\NOX"), u"C:\\NOX");
@@ -76,6 +73,8 @@ TEST_F(IniFileTest, AMissingFileGivesTheDefaults) {
   EXPECT_EQ(GetFileAttributesW(reinterpret_cast<const wchar_t*>(fileName_.c_str())),
             INVALID_FILE_ATTRIBUTES)
       << "reading and deleting create no file";
+  EXPECT_THROW(TIniFile(u"Z:\\no\\such\\folder\\nox.ini").WriteString(u"S", u"k", u"v"),
+               rtl::EIniFileException);
 }
 
 TEST_F(IniFileTest, SectionsAndKeysAreListedInFileOrderAndRemovable) {
@@ -97,11 +96,6 @@ TEST_F(IniFileTest, SectionsAndKeysAreListedInFileOrderAndRemovable) {
   EXPECT_FALSE(ini.SectionExists(u"First"));
   EXPECT_EQ(ini.ReadString(u"First", u"z", u"-"), u"-");
   EXPECT_TRUE(ini.SectionExists(u"Second"));
-}
-
-TEST_F(IniFileTest, ARefusedWriteRaises) {
-  TIniFile ini(u"Z:\\no\\such\\folder\\nox.ini");
-  EXPECT_THROW(ini.WriteString(u"S", u"k", u"v"), rtl::EIniFileException);
 }
 
 }  // namespace

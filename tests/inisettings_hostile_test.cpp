@@ -1,7 +1,5 @@
-// Window-position records as somebody may have edited them in the INI file: numbers at the
-// ends of the integers and texts that are no numbers, through the record reader and every
-// restoring rule. Each record either raises the conversion error or comes back as a place
-// worked out by hand from the rules; none may overflow on the way.
+// Window-position records as somebody may have edited them in the INI file, through the
+// record reader and every restoring rule: none may overflow on the way.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -45,8 +43,7 @@ TEST(IniSettingsHostile, RecordsAtTheEndsOfTheIntegersRestoreInsideTheWorkArea) 
     Bounds full, notMin;
     Corner corner, iniCorner;
   } const cases[] = {
-      // Blanks around a number and a plus sign are read; a sixth field and a missing
-      // last caret change nothing.
+      // Blanks and a plus sign are read; a sixth field or no last caret change nothing.
       {u" +100 ^ 100^500 ^400^ 1 ^junk^", {100, 100, 400, 300}, {100, 100, 400, 300},
        {100, 100}, {160, 140}},
       {u"100^100^500^400^1", {100, 100, 400, 300}, {100, 100, 400, 300}, {100, 100}, {160, 140}},
@@ -56,8 +53,7 @@ TEST(IniSettingsHostile, RecordsAtTheEndsOfTheIntegersRestoreInsideTheWorkArea) 
       {u"0^-2147483648^100^100^1^", {60, 40, 100, 984}, {60, 40, 100, 984}, {0, 41}, {60, 41}},
       {u"-2147483648^-2147483648^2147483647^2147483647^3^", {60, 40, 1220, 984},
        {60, 40, 1220, 984}, {0, 41}, {-2147483588, 41}},
-      // Everything at the top: beyond the desktop, so from the monitor's size, or (keeping
-      // the corner) as small as a form goes, low on the work area.
+      // All at the top: the monitor's size, or (keeping the corner) the least, low down.
       {u"2147483647^2147483647^2147483647^2147483647^1^", {60, 40, 1220, 984},
        {60, 964, 100, 60}, {0, 41}, {60, INT_MAX - kFormHeight}},
       // A corner at the top of the integers: the far edge must be one too.
@@ -106,8 +102,7 @@ TEST(IniSettingsHostile, SizesAndScreensAtTheEndsOfTheIntegers) {
   // A form that insists on more than any screen: the work area, and inside it.
   EXPECT_EQ(Of(RestoreWindowBounds(ordinary, s, INT_MAX, INT_MAX, false)),
             Bounds(60, 40, 1220, 984));
-  // A form of no size, or of a negative one as a broken toolkit may report, keeps its corner
-  // at the ends of the integers as far as its far edge stays one.
+  // A form of no or negative size keeps its corner as far as its far edge stays an integer.
   struct {
     int width, height;
     TWindowPosRecord rec;
@@ -126,8 +121,7 @@ TEST(IniSettingsHostile, SizesAndScreensAtTheEndsOfTheIntegers) {
     for (const ui::TRect& r : {corner, ini})
       EXPECT_EQ(Corner(r.Width(), r.Height()), Corner(f.width, f.height));
   }
-  // No monitor, and a virtual screen as large as the integers: no form is wider than an
-  // integer, and its far edge stays one.
+  // No monitor and a virtual screen as large as the integers: the far edge stays one.
   s.MonitorFound = false;
   s.VirtualScreen = {INT_MIN, INT_MIN, INT_MAX, INT_MAX};
   const TWindowPosRecord all{INT_MIN, INT_MIN, INT_MAX, INT_MAX, 1};

@@ -1,5 +1,4 @@
-// The rules of the INI settings family: section names and record texts, and where a saved
-// window comes back on the screens there are now.
+// The INI settings rules: section names, record texts and where a saved window comes back.
 #include <gtest/gtest.h>
 
 #include "rtl/sysutils.h"
@@ -22,7 +21,6 @@ TEST(IniSettingsRecord, TextsAndTheirReading) {
 }
 
 TEST(IniSettingsRecord, SectionNamedAfterThePrimaryMonitorOrTheFormsOwn) {
-  // Told apart only with several monitors, which the Win32 tests do not have.
   const std::pair<TWindowPosUser, bool> users[] = {
       {TWindowPosUser::wpSave, true},            // SaveWindowPos
       {TWindowPosUser::wpRestore, true},         // RestoreWindowPos, RestoreWindowNotMinPos
@@ -35,8 +33,8 @@ TEST(IniSettingsRecord, SectionNamedAfterThePrimaryMonitorOrTheFormsOwn) {
 
 TEST(IniSettingsRecord, SavedRectangleMovesByTheFormsOffsetWhenCorrected) {
   // Work area starting 40 pixels down: the placement says 100, the form stands at 140.
-  const TWindowPosRecord moved = SavedWindowPos({50, 100, 450, 400}, 1, 50, 140, true);
-  EXPECT_EQ(WindowPosValue(moved), u"50^140^450^440^1^");
+  EXPECT_EQ(WindowPosValue(SavedWindowPos({50, 100, 450, 400}, 1, 50, 140, true)),
+            u"50^140^450^440^1^");
   EXPECT_EQ(WindowPosValue(SavedWindowPos({50, 100, 450, 400}, 3, -8, -8, false)),
             u"50^100^450^400^3^");
 }
@@ -62,42 +60,38 @@ B Restore(TWindowPosRecord r, const TRestoreScreen& s, int minW = 0, int minH = 
 }
 
 TEST(IniSettingsRestore, FullRestoreKeepsTheFormOnTheWorkArea) {
-  const TRestoreScreen s = Single();
-  // Fits: unchanged.
-  EXPECT_EQ(Restore({10, 20, 810, 620, 1}, s), B(10, 20, 800, 600));
-  // Saved on a wider desktop: the monitor's width from the left edge.
-  EXPECT_EQ(Restore({300, 20, 1800, 620, 1}, s), B(0, 20, 1280, 600));
-  // Taller than the monitor by more than 8: from the top, then cut to the work area.
-  EXPECT_EQ(Restore({10, 200, 810, 1033, 1}, s), B(10, 0, 800, 994));
-  // Within 8 pixels beyond is tolerated; the form is then pushed back inside.
-  EXPECT_EQ(Restore({488, 20, 1288, 620, 1}, s), B(480, 20, 800, 600));
-  EXPECT_EQ(Restore({10, 200, 810, 1032, 1}, s), B(10, 162, 800, 832));
-  // Too small: 100 x 60 at the least, or the form's larger minimum.
-  EXPECT_EQ(Restore({10, 20, 30, 30, 1}, s), B(10, 20, 100, 60));
-  EXPECT_EQ(Restore({10, 20, 30, 30, 1}, s, 300, 50), B(10, 20, 300, 60));
-  // Left of the desktop: to the work area's left edge.
-  EXPECT_EQ(Restore({-500, 20, -100, 320, 1}, s), B(0, 20, 400, 300));
-  // Low on the screen: pushed up until it fits. (The rule that keeps the top 40 pixels
-  // above the bottom acts after that only on a work area lower than 40 pixels.)
-  EXPECT_EQ(Restore({10, 990, 810, 1000, 1}, s, 0, 10), B(10, 934, 800, 60));
-}
-
-TEST(IniSettingsRestore, TopTaskBarAndTheVariants) {
-  TRestoreScreen s = Single();
-  s.PrimaryWorkArea = s.MonitorWorkArea = {0, 40, 1280, 1024};
-  // More than 15 pixels above the work area: just below the task bar, then inside it.
-  EXPECT_EQ(Restore({10, 10, 410, 310, 1}, s), B(10, 41, 400, 300));
-  // Not more than 15 above: only the push into the work area moves it.
-  EXPECT_EQ(Restore({10, 30, 410, 330, 1}, s), B(10, 40, 400, 300));
-  // The not-minimised variant keeps the corner of a rectangle beyond the desktop.
-  EXPECT_EQ(Restore({300, 100, 1800, 400, 1}, s, 0, 0, true), B(300, 100, 980, 300));
-  // No monitor: the virtual screen bounds the form.
-  s.MonitorFound = false;
-  s.VirtualScreen = {0, 0, 640, 480};
-  EXPECT_EQ(Restore({10, 100, 810, 700, 1}, s), B(0, 0, 640, 480));
-  // A strip lower than the 40 pixels kept under the caption: the form fills it from its top.
-  s.VirtualScreen = {0, 0, 640, 30};
-  EXPECT_EQ(Restore({10, 100, 810, 700, 1}, s), B(0, 0, 640, 30));
+  const TRestoreScreen one = Single();
+  TRestoreScreen top = Single();  // a task bar at the top
+  top.PrimaryWorkArea = top.MonitorWorkArea = {0, 40, 1280, 1024};
+  TRestoreScreen none = top, strip = top;  // no monitor: the virtual screen bounds the form
+  none.MonitorFound = strip.MonitorFound = false;
+  none.VirtualScreen = {0, 0, 640, 480};
+  strip.VirtualScreen = {0, 0, 640, 30};
+  struct Case {
+    const TRestoreScreen* s;
+    TWindowPosRecord rec;
+    int minW, minH;
+    bool notMin;
+    B bounds;
+  } const cases[] = {
+      {&one, {10, 20, 810, 620, 1}, 0, 0, false, {10, 20, 800, 600}},     // fits
+      {&one, {300, 20, 1800, 620, 1}, 0, 0, false, {0, 20, 1280, 600}},   // wider: from the left
+      {&one, {10, 200, 810, 1033, 1}, 0, 0, false, {10, 0, 800, 994}},    // over 8 too tall
+      {&one, {488, 20, 1288, 620, 1}, 0, 0, false, {480, 20, 800, 600}},  // 8 beyond: pushed in
+      {&one, {10, 200, 810, 1032, 1}, 0, 0, false, {10, 162, 800, 832}},
+      {&one, {10, 20, 30, 30, 1}, 0, 0, false, {10, 20, 100, 60}},        // 100 x 60 at the least
+      {&one, {10, 20, 30, 30, 1}, 300, 50, false, {10, 20, 300, 60}},     // or the form's minimum
+      {&one, {-500, 20, -100, 320, 1}, 0, 0, false, {0, 20, 400, 300}},   // left of the desktop
+      {&one, {10, 990, 810, 1000, 1}, 0, 10, false, {10, 934, 800, 60}},  // pushed up to fit
+      {&top, {10, 10, 410, 310, 1}, 0, 0, false, {10, 41, 400, 300}},     // over 15 above: below it
+      {&top, {10, 30, 410, 330, 1}, 0, 0, false, {10, 40, 400, 300}},     // else just pushed inside
+      {&top, {300, 100, 1800, 400, 1}, 0, 0, true, {300, 100, 980, 300}},  // not min: corner kept
+      {&none, {10, 100, 810, 700, 1}, 0, 0, false, {0, 0, 640, 480}},
+      {&strip, {10, 100, 810, 700, 1}, 0, 0, false, {0, 0, 640, 30}},  // under 40 high: from its top
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(Restore(c.rec, *c.s, c.minW, c.minH, c.notMin), c.bounds)
+        << rtl::Utf16ToUtf8(WindowPosValue(c.rec));
 }
 
 TEST(IniSettingsRestore, CornerOnlyRules) {
@@ -108,7 +102,7 @@ TEST(IniSettingsRestore, CornerOnlyRules) {
     EXPECT_EQ(std::pair(c.Width(), c.Height()), std::pair(400, 300)) << "the size stays";
     return std::pair(c.Left, c.Top);
   };
-  // Beyond the desktop or the monitor by more than 8 pixels: to that edge.
+  // Beyond the desktop or the monitor by more than 8: to that edge.
   EXPECT_EQ(corner({100, 50, 1289, 1033, 1}, false), std::pair(0, 0));
   EXPECT_EQ(corner({100, 50, 1288, 1032, 1}, false), std::pair(100, 50));
   EXPECT_EQ(corner({-3000, 50, 0, 100, 1}, false), std::pair(0, 50));

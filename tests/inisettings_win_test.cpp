@@ -1,6 +1,4 @@
-// The INI settings family on real files and real forms, under Wine: values with their
-// empty-argument rules, persisted lists, the write probes, and forms whose position is
-// saved, clamped and restored with their state.
+// The INI settings family on real files and real forms, under Wine.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -33,17 +31,13 @@ class IniSettingsWin : public ::testing::Test {
     CreateDirectoryW(W(folder_), nullptr);
     savedIni_ = AppIniName;
     AppIniName = folder_ + u"app.INI";
+    pos_ = folder_ + u"pos.ini";
   }
   void TearDown() override {
     form_.reset();
     AppIniName = savedIni_;
-    WIN32_FIND_DATAW data;
-    const HANDLE h = FindFirstFileW(W(folder_ + u"*"), &data);
-    if (h != INVALID_HANDLE_VALUE) {
-      do DeleteFileW(W(folder_ + reinterpret_cast<const char16_t*>(data.cFileName)));
-      while (FindNextFileW(h, &data));
-      FindClose(h);
-    }
+    for (const char16_t* name : {u"app.INI", u"other.ini", u"pos.ini", u"mem.ini"})
+      DeleteFileW(W(folder_ + name));
     RemoveDirectoryW(W(folder_));
   }
 
@@ -55,6 +49,9 @@ class IniSettingsWin : public ::testing::Test {
   static std::u16string Section() {
     return WindowPosSection(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
                             GetThisComputerName());
+  }
+  void WritePos(const std::u16string& ident, const std::u16string& value) const {
+    rtl::TIniFile(pos_).WriteString(Section(), ident, value);
   }
   // A sizeable form on the screen at (left, top), not activated.
   ui::TForm& Form(int left, int top, int width, int height) {
@@ -69,8 +66,7 @@ class IniSettingsWin : public ::testing::Test {
     return {f.Left(), f.Top(), f.Width(), f.Height()};
   }
 
-  std::u16string folder_;
-  std::u16string savedIni_;
+  std::u16string folder_, pos_, savedIni_;
   nox_test::ShownMessages messages_;
   std::vector<std::u16string>& shown_ = messages_.shown;
   std::unique_ptr<ui::TForm> form_;
@@ -138,10 +134,7 @@ TEST_F(IniSettingsWin, ProbesOfNamesWithoutAFolderLeaveNoFileBehind) {
     const char16_t* file;
     bool (*probe)();
   } const cases[] = {
-      {u"IniTest", [] {
-         AppIniName = u"app.INI";
-         return CanWriteAppIni();
-       }},
+      {u"IniTest", [] { AppIniName = u"app.INI"; return CanWriteAppIni(); }},
       {u"jjhhuu.ini", [] { return CanWriteAFile(u""); }},
   };
   for (const auto& c : cases) {
@@ -154,126 +147,99 @@ TEST_F(IniSettingsWin, ProbesOfNamesWithoutAFolderLeaveNoFileBehind) {
   }
 }
 
-TEST_F(IniSettingsWin, APositionComesBackOnTheSameScreenAndComputerOnly) {
-  const std::u16string ini = folder_ + u"pos.ini";
-  ui::TForm& form = Form(100, 120, 400, 300);
-  SaveWindowPos(form, ini, u"Main");
-  EXPECT_EQ(Raw(ini, Section(), u"Main"), u"100^120^500^420^1^");
-  EXPECT_TRUE(shown_.empty());
-
-  form.SetBounds(10, 10, 200, 200);
-  EXPECT_TRUE(RestoreWindowPos(form, ini, u"Main", true));
-  EXPECT_EQ(Bounds(form), (std::vector<int>{100, 120, 400, 300}));
-
-  // Saved at another resolution: not seen here, and the form stays.
-  rtl::TIniFile(ini).WriteString(WindowPosSection(1920, 1080, GetThisComputerName()), u"Wide",
-                                 u"0^0^1920^1040^3^");
-  form.SetBounds(10, 10, 200, 200);
-  EXPECT_FALSE(RestoreWindowPos(form, ini, u"Wide", true));
-  EXPECT_FALSE(RestoreWindowLeftTopPos(form, ini, u"Wide", true));
-  EXPECT_EQ(Bounds(form), (std::vector<int>{10, 10, 200, 200}));
-}
-
-TEST_F(IniSettingsWin, RestoringClampsTheSizeAndAppliesTheState) {
-  const std::u16string ini = folder_ + u"pos.ini";
-  for (const auto& [key, value] : {std::pair{u"Tiny", u"10^20^30^30^3^"}, {u"Mini", u"50^60^350^260^2^"}})
-    rtl::TIniFile(ini).WriteString(Section(), key, value);
-  ui::TForm& form = Form(200, 200, 300, 300);
-  form.Constraints.MinWidth = 150;
-  ASSERT_TRUE(RestoreWindowPos(form, ini, u"Tiny", false));
-  EXPECT_EQ(Bounds(form), (std::vector<int>{10, 20, 150, 60}));
-  EXPECT_FALSE(IsZoomed(form.Handle()));
-  ASSERT_TRUE(RestoreWindowPos(form, ini, u"Tiny", true));
-  EXPECT_TRUE(IsZoomed(form.Handle()));
-
-  form.SetWindowState(ui::wsNormal);
-  ASSERT_TRUE(RestoreWindowPos(form, ini, u"Mini", true));
-  EXPECT_EQ(form.WindowState(), ui::wsNormal) << "saved minimised, restored usable";
-  form.SetBounds(0, 0, 123, 45);
-  ASSERT_TRUE(RestoreWindowLeftTopPos(form, ini, u"Mini", true));
-  EXPECT_EQ(form.WindowState(), ui::wsMinimized) << "the corner-only routine minimises";
-  form.SetWindowState(ui::wsNormal);
-  EXPECT_EQ(Bounds(form), (std::vector<int>{50, 60, 123, 45})) << "its own size kept";
-
-  // Not five integers: the conversion error reaches the caller, the form stays.
-  rtl::TIniFile(ini).WriteString(Section(), u"Broken", u"a^b^");
-  EXPECT_THROW(RestoreWindowPos(form, ini, u"Broken", true), rtl::EConvertError);
-  EXPECT_EQ(Bounds(form), (std::vector<int>{50, 60, 123, 45}));
-}
-
-TEST_F(IniSettingsWin, AMaximisedOrMinimisedFormSavesTheRectangleItComesBackTo) {
-  const std::u16string ini = folder_ + u"pos.ini";
+// Normal, minimised or maximised: the rectangle the form comes back to, in the primary
+// monitor's section, also through the memory file.
+TEST_F(IniSettingsWin, APositionIsSavedAsTheRectangleTheFormComesBackTo) {
   const struct {
     ui::TWindowState state, restored;
     const char16_t* saved;
   } cases[] = {
+      {ui::wsNormal, ui::wsNormal, u"100^120^500^420^1^"},
       {ui::wsMinimized, ui::wsNormal, u"100^120^500^420^2^"},
       {ui::wsMaximized, ui::wsMaximized, u"100^120^500^420^3^"},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(static_cast<int>(c.state));
     ui::TForm& form = Form(100, 120, 400, 300);
     form.SetWindowState(c.state);
     ui::Application->ProcessMessages();
     ASSERT_EQ(form.WindowState(), c.state);
-    SaveWindowPos(form, ini, u"Main");
-    rtl::TMemIniFile mem(ini);
-    SaveWindowPosMIni(form, ini, u"Mem", mem);
+    SaveWindowPos(form, pos_, u"Main");
+    rtl::TMemIniFile mem(pos_);
+    SaveWindowPosMIni(form, pos_, u"Mem", mem);
     mem.UpdateFile();
-    EXPECT_EQ(Raw(ini, Section(), u"Main"), c.saved) << static_cast<int>(c.state);
-    EXPECT_EQ(Raw(ini, Section(), u"Mem"), c.saved) << static_cast<int>(c.state);
+    EXPECT_EQ(Raw(pos_, Section(), u"Main"), c.saved);
+    EXPECT_EQ(Raw(pos_, Section(), u"Mem"), c.saved);
 
-    // On a fresh form: where the first one stood before it was minimised or maximised.
     ui::TForm& again = Form(10, 10, 200, 200);
-    ASSERT_TRUE(RestoreWindowPos(again, ini, u"Main", true));
+    ASSERT_TRUE(RestoreWindowPos(again, pos_, u"Main", true));
     EXPECT_EQ(again.WindowState(), c.restored);
     again.SetWindowState(ui::wsNormal);
     EXPECT_EQ(Bounds(again), (std::vector<int>{100, 120, 400, 300}));
   }
+  EXPECT_TRUE(shown_.empty());
 }
 
-TEST_F(IniSettingsWin, BothFullRestoresPlaceARealFormWhateverItsState) {
-  const std::u16string ini = folder_ + u"pos.ini";
+TEST_F(IniSettingsWin, ARecordOfAnotherScreenOrNoRecordLeavesTheFormAlone) {
+  rtl::TIniFile(pos_).WriteString(WindowPosSection(1920, 1080, GetThisComputerName()), u"Wide",
+                                  u"0^0^1920^1040^3^");
+  WritePos(u"Broken", u"a^b^");
+  ui::TForm& form = Form(10, 10, 200, 200);
+  EXPECT_FALSE(RestoreWindowPos(form, pos_, u"Wide", true));
+  EXPECT_FALSE(RestoreWindowLeftTopPos(form, pos_, u"Wide", true));
+  EXPECT_FALSE(RestoreWindowNotMinPos(form, pos_, u"None"));
+  // Not five integers: the conversion error reaches the caller.
+  EXPECT_THROW(RestoreWindowPos(form, pos_, u"Broken", true), rtl::EConvertError);
+  EXPECT_EQ(Bounds(form), (std::vector<int>{10, 10, 200, 200}));
+}
+
+TEST_F(IniSettingsWin, EveryRestorePlacesARealFormWhateverItsState) {
   const int width = GetSystemMetrics(SM_CXSCREEN);  // one monitor, no task bar beside it
-  rtl::TIniFile(ini).WriteString(Section(), u"Wide",
-                                 u"300^20^" + rtl::IntToStr(width + 520) + u"^620^1^");
-  rtl::TIniFile(ini).WriteString(Section(), u"Max", u"40^50^440^350^3^");
-  rtl::TIniFile(ini).WriteString(Section(), u"Min", u"40^50^440^350^2^");
+  WritePos(u"Wide", u"300^20^" + rtl::IntToStr(width + 520) + u"^620^1^");
+  WritePos(u"Max", u"40^50^440^350^3^");
+  WritePos(u"Min", u"40^50^440^350^2^");
+  WritePos(u"Tiny", u"10^20^30^30^3^");
+  enum How { kFull, kNotMin, kPlaceOnly, kCorner };
   const struct {
-    const char* name;  // the routine
+    How how;
     const char16_t* ident;
     ui::TWindowState from, state;
     std::vector<int> bounds;  // once normal again
   } cases[] = {
       // Wider than this desktop: the full restore starts at the left edge, the other keeps
       // the saved corner; both end at the monitor's right edge.
-      {"full", u"Wide", ui::wsNormal, ui::wsNormal, {0, 20, width, 600}},
-      {"not min", u"Wide", ui::wsNormal, ui::wsNormal, {300, 20, width - 300, 600}},
-      // The state always comes back, a minimised one as normal.
-      {"not min", u"Max", ui::wsNormal, ui::wsMaximized, {40, 50, 400, 300}},
-      {"not min", u"Min", ui::wsMaximized, ui::wsNormal, {40, 50, 400, 300}},
+      {kFull, u"Wide", ui::wsNormal, ui::wsNormal, {0, 20, width, 600}},
+      {kNotMin, u"Wide", ui::wsNormal, ui::wsNormal, {300, 20, width - 300, 600}},
+      // The form's minimum width, the least height, the state left alone.
+      {kPlaceOnly, u"Tiny", ui::wsNormal, ui::wsNormal, {10, 20, 150, 60}},
+      // The state always comes back, a minimised one as normal but by the corner-only
+      // routine, which keeps the form's own size.
+      {kNotMin, u"Max", ui::wsNormal, ui::wsMaximized, {40, 50, 400, 300}},
+      {kNotMin, u"Min", ui::wsMaximized, ui::wsNormal, {40, 50, 400, 300}},
+      {kCorner, u"Min", ui::wsNormal, ui::wsMinimized, {40, 50, 300, 300}},
       // Onto a minimised form: the saved place is where it comes back to, also when it
       // stays minimised for now.
-      {"full", u"Wide", ui::wsMinimized, ui::wsNormal, {0, 20, width, 600}},
-      {"full", u"Max", ui::wsMinimized, ui::wsMaximized, {40, 50, 400, 300}},
-      {"not min", u"Min", ui::wsMinimized, ui::wsNormal, {40, 50, 400, 300}},
-      {"place only", u"Max", ui::wsMinimized, ui::wsMinimized, {40, 50, 400, 300}},
+      {kFull, u"Wide", ui::wsMinimized, ui::wsNormal, {0, 20, width, 600}},
+      {kFull, u"Max", ui::wsMinimized, ui::wsMaximized, {40, 50, 400, 300}},
+      {kNotMin, u"Min", ui::wsMinimized, ui::wsNormal, {40, 50, 400, 300}},
+      {kPlaceOnly, u"Max", ui::wsMinimized, ui::wsMinimized, {40, 50, 400, 300}},
   };
   for (const auto& c : cases) {
-    const std::string what = std::string(c.name) + " " + rtl::Utf16ToUtf8(c.ident) + " from " +
-                             std::to_string(static_cast<int>(c.from));
+    SCOPED_TRACE(testing::Message() << c.how << " " << rtl::Utf16ToUtf8(c.ident) << " from "
+                                    << static_cast<int>(c.from));
     ui::TForm& form = Form(200, 200, 300, 300);
+    form.Constraints.MinWidth = 150;
     form.SetWindowState(c.from);
     ui::Application->ProcessMessages();
-    const std::string how = c.name;
-    ASSERT_TRUE(how == "not min" ? RestoreWindowNotMinPos(form, ini, c.ident)
-                                 : RestoreWindowPos(form, ini, c.ident, how == "full")) << what;
+    ASSERT_TRUE(c.how == kNotMin   ? RestoreWindowNotMinPos(form, pos_, c.ident)
+                : c.how == kCorner ? RestoreWindowLeftTopPos(form, pos_, c.ident, true)
+                                   : RestoreWindowPos(form, pos_, c.ident, c.how == kFull));
     ui::Application->ProcessMessages();
-    EXPECT_EQ(form.WindowState(), c.state) << what;
+    EXPECT_EQ(form.WindowState(), c.state);
     form.SetWindowState(ui::wsNormal);
     ui::Application->ProcessMessages();
-    EXPECT_EQ(Bounds(form), c.bounds) << what;
+    EXPECT_EQ(Bounds(form), c.bounds);
   }
-  EXPECT_FALSE(RestoreWindowNotMinPos(*form_, ini, u"None"));
 }
 
 TEST_F(IniSettingsWin, AnUnwritableFileIsReportedOnceAndTheMemoryFileIsSavedByItsOwner) {
@@ -284,29 +250,25 @@ TEST_F(IniSettingsWin, AnUnwritableFileIsReportedOnceAndTheMemoryFileIsSavedByIt
   EXPECT_EQ(shown_[0], WritePosFailedText(lost));
 
   const std::u16string ini = folder_ + u"mem.ini";
-  {
-    rtl::TMemIniFile mem(ini);
-    SaveWindowPosMIni(form, ini, u"Main", mem);
-    IniSaveWindowPos(mem, form, ini, u"Second");
-    EXPECT_FALSE(FileExists(ini));
-    mem.UpdateFile();
-  }
+  rtl::TMemIniFile mem(ini);
+  IniSaveWindowPos(mem, form, ini, u"Second");
+  EXPECT_FALSE(FileExists(ini));
+  mem.UpdateFile();
   // The profile API reads what the memory file wrote; the form's monitor is the primary one.
   EXPECT_EQ(Raw(ini, Section(), u"Second"), u"70^80^390^320^1^");
   form.SetBounds(5, 5, 200, 100);
-  EXPECT_TRUE(RestoreWindowLeftTopPosIni2(form, ini, u"Main", false));
+  EXPECT_TRUE(RestoreWindowLeftTopPosIni2(form, ini, u"Second", false));
   EXPECT_EQ(Bounds(form), (std::vector<int>{70, 80, 200, 100}));
 }
 
 TEST_F(IniSettingsWin, TheIconPositionOfAMinimisedForm) {
-  const std::u16string ini = folder_ + u"pos.ini";
   ui::TForm& form = Form(100, 100, 300, 200);
-  EXPECT_FALSE(RestoreWindowMinPos(form, ini, u"Main", true));
-  rtl::TIniFile(ini).WriteString(u"MinPos", u"Main", u"33^44^");
-  EXPECT_TRUE(RestoreWindowMinPos(form, ini, u"Main", true));
+  EXPECT_FALSE(RestoreWindowMinPos(form, pos_, u"Main", true));
+  rtl::TIniFile(pos_).WriteString(u"MinPos", u"Main", u"33^44^");
+  EXPECT_TRUE(RestoreWindowMinPos(form, pos_, u"Main", true));
   EXPECT_TRUE(IsIconic(form.Handle()));
-  EXPECT_TRUE(SaveWindowMinPos(form, ini, u"Copy"));
-  EXPECT_EQ(Raw(ini, u"MinPos", u"Copy"), u"33^44^");
+  EXPECT_TRUE(SaveWindowMinPos(form, pos_, u"Copy"));
+  EXPECT_EQ(Raw(pos_, u"MinPos", u"Copy"), u"33^44^");
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// Inter-application rules (tools/interapp.h): which window a title search accepts, and
-// what the wide-character calls read from one-byte short strings.
+// Which window a title search accepts, and what the wide calls read from short strings.
 #include "tools/interapp.h"
 
 #include <gtest/gtest.h>
@@ -14,11 +13,8 @@ namespace {
 TEST(InterappRule, WindowTitleMatches) {
   const u16string title78 = u16string(70, u'x') + u"tail-end";  // exactly 78
   const u16string class80 = u16string(78, u'C') + u"XY";
-  struct Case {
-    const char* what;
-    u16string wantClass, titlePart, windowClass, windowTitle;
-    bool match;
-  } cases[] = {
+  struct Case { const char* what; u16string wantClass, titlePart, windowClass, windowTitle;
+                bool match; } cases[] = {
       {"class and part", u"TForm", u"edit", u"TForm", u"Edit me", true},
       {"class ignores ASCII case", u"tFORM", u"me", u"TForm", u"Edit me", true},
       {"class compare is ASCII only", u"TÄForm", u"me", u"TäForm", u"Edit me", false},
@@ -39,10 +35,7 @@ TEST(InterappRule, WindowTitleMatches) {
 }
 
 TEST(InterappRule, WideReadingPairsTheBytes) {
-  struct Case {
-    std::string bytes;
-    u16string wide;
-  } cases[] = {
+  struct Case { std::string bytes; u16string wide; } cases[] = {
       {"", u""},
       {"A", u"A"},
       {"AB", u"\u4241"},

@@ -1,5 +1,4 @@
-// Inter-application messages and window searches (tools/interapp.h) against real windows
-// of this thread: the searches walk the real Z order, the posts land in this queue.
+// Inter-application messages and window searches against real windows of this thread.
 #include "tools/interapp.h"
 
 #include <gtest/gtest.h>
@@ -21,11 +20,7 @@ namespace {
 
 using nox_test::W;
 
-struct Posted {
-  HWND wnd;
-  WPARAM wParam;
-  LPARAM lParam;
-};
+struct Posted { HWND wnd; WPARAM wParam; LPARAM lParam; };
 std::vector<Posted> posted;
 UINT probeMsg = 0;
 
@@ -45,8 +40,7 @@ class InterappWin : public testing::Test {
   void SetUp() override { probeMsg = RegisterWindowMessageW(L"NoxInterappProbeMessage"); }
   void TearDown() override { DropPosted(); }
 
-  // The receiver deletes the atoms; a broadcast brings one atom to several windows, and
-  // it goes once.
+  // The receiver deletes the atoms, each once: a broadcast brings one to several windows.
   static void DropPosted() {
     std::set<LPARAM> atoms;
     for (const Posted& p : posted) atoms.insert(p.lParam);
@@ -75,11 +69,8 @@ TEST_F(InterappWin, SearchesFindByClassAndTitlePart) {
   HWND hidden = Make(probe, u"Nox Hidden Beta", false);
   // Hidden: without a window manager Wine takes seconds to take a visible window down.
   HWND longOne = Make(probe, u"Nox long " + u16string(69, u'-') + u" Gamma", false);
-  struct Case {
-    const char* what;
-    std::u16string_view cls, part;
-    HWND inVisible, inAll;
-  } cases[] = {
+  struct Case { const char* what; std::u16string_view cls, part; HWND inVisible, inAll; };
+  const Case cases[] = {
       {"class and part", u"NoxInterappProbe", u"visible alpha", visible, visible},
       {"class in other case", u"NOXINTERAPPPROBE", u"VISIBLE ALPHA", visible, visible},
       {"hidden only in all", u"NoxInterappProbe", u"hidden beta", nullptr, hidden},
@@ -100,15 +91,9 @@ TEST_F(InterappWin, PostsCarryTheirTextInAnAtom) {
   // Found only through the byte-pair reading of "NoxWideProbe" and "Nox Target".
   HWND wide = Make(WideReadingOf("NoxWideProbe"), WideReadingOf("Nox Target"), false);
   const auto m = static_cast<std::uint16_t>(probeMsg);
-  struct Case {
-    const char* what;
-    bool result;
-    HWND to;
-    std::size_t reached;  // windows of this test that get the post: 2 for a broadcast
-    WPARAM param;
-    std::optional<u16string> text;  // none: lParam 0
-    std::function<bool()> send;
-  } cases[] = {
+  // reached: the windows of this test that get the post (2 for a broadcast); text none: lParam 0.
+  struct Case { const char* what; bool result; HWND to; std::size_t reached; WPARAM param;
+                std::optional<u16string> text; std::function<bool()> send; } cases[] = {
       {"to a window", true, plain, 1, 0xFFFF, u"Grüße, C:\\",
        [&] { return SendWndInterAppMessage(plain, m, 0xFFFF, u"Grüße, C:\\"); }},
       {"no text", true, plain, 1, 7, {}, [&] { return SendWndInterAppMessage(plain, m, 7, u""); }},

@@ -1,5 +1,4 @@
-// Named values in strings and lists: the unanchored lookup, the house separators of
-// SetToStr and the case rules of the two list routines.
+// Named values in strings and lists: lookup, separators and the case rules of the lists.
 #include "tools/keyed.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
-// The in-memory INI file: reading a file as the profile API would, changing the copy and
-// writing it back with the encoding it came in.
+// The in-memory INI file: read as the profile API would, written back in its own encoding.
 #include <gtest/gtest.h>
 
 #include <cstdio>

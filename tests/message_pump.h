@@ -1,7 +1,5 @@
-// Waiting in Win32 tests without blocking the thread's windows: posted messages arrive and
-// other processes' sent messages (WM_COPYDATA, cross-process parenting) are answered only
-// while the waiting thread dispatches its queue. Wine wants a pumping waiter even for a
-// program whose windows talk to nobody here.
+// Waiting in Win32 tests while this thread's messages (posted, or sent by other processes)
+// are dispatched; Wine wants a pumping waiter even where no window of ours is involved.
 #pragma once
 
 #include <windows.h>

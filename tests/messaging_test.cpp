@@ -1,10 +1,10 @@
-// The message manager: who hears a message, in which order, and what listeners may do to
-// the subscriptions while a message is delivered. Runs natively and under Wine.
+// The message manager: who hears a message, in which order, and changes during delivery.
 #ifdef _WIN32
 // First on purpose: its SendMessage macro must not break the callers of the manager.
 #include <windows.h>
 #endif
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -71,6 +71,8 @@ TEST(MessagingSubscriptions, ListenersMayChangeTheSubscriptionsDuringDelivery) {
   manager.SendMessage(nullptr, TIntMessage(2));
   EXPECT_EQ(calls, (Calls{"adder", "added"}));
   EXPECT_GT(added, later);  // ids are not given again
+  EXPECT_THAT([&] { manager.SubscribeToMessage<TIntMessage>(nullptr); },
+              testing::ThrowsMessage<Exception>(testing::StrEq("an empty message listener")));
 }
 
 TEST(MessagingSubscriptions, AListenersExceptionReachesTheSenderAndLeavesTheManagerWhole) {

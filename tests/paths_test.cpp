@@ -1,6 +1,4 @@
-// Path rules of the tool library that need no system: trailing backslashes, parents, the
-// portable mapping, numbered names, sanitising, short-name expansion, the start-up rules
-// for INI file, data folder and locale formats, and the globals' start values.
+// Path rules of the tool library that need no system, the start-up rules and the globals.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -49,21 +47,21 @@ TEST(PathsPortable, StoredPathsMoveToTheProgramsDriveWhenUnreachable) {
   std::set<std::u16string> dirs{u"C:\\x\\", u"C:\\x"};
   auto file = [&](const std::u16string& p) { return files.contains(p); };
   auto dir = [&](const std::u16string& p) { return dirs.contains(p); };
-  auto map = [&](std::u16string_view arg, TPortableMapping m) {
-    return MapPortable(arg, u"F:\\Tools\\", m, file, dir);
-  };
   using enum TPortableMapping;
-  EXPECT_EQ(map(u"C:\\x\\y.txt", File), u"C:\\x\\y.txt") << "reachable: kept";
-  EXPECT_EQ(map(u"C:\\x\\z.txt", File), u"F:\\x\\z.txt");
-  EXPECT_EQ(map(u"C:\\x\\y.txt", StrictFile), u"F:\\x\\y.txt");
-  EXPECT_EQ(map(u"C:\\x", Path), u"C:\\x");
-  EXPECT_EQ(map(u"C:\\q", Path), u"F:\\q");
-  EXPECT_EQ(map(u"C:\\x", StrictPath), u"F:\\x");
-  EXPECT_EQ(map(u"\\\\server\\share\\x", File), u"F:\\usbnet=server\\share\\x");
-  EXPECT_EQ(map(u"\\\\server\\share", StrictPath), u"F:\\usbnet=server\\share");
-  for (TPortableMapping m : {File, StrictFile, Path}) EXPECT_EQ(map(u"", m), u"");
-  EXPECT_EQ(map(u"", StrictPath), u"F:") << "the bare drive";
-  EXPECT_EQ(map(u"C:\\" + std::u16string(3000, u'a'), StrictFile).size(), 2u + 2000u);
+  const struct { std::u16string arg; TPortableMapping mapping; std::u16string want; } cases[] = {
+      {u"C:\\x\\y.txt", File, u"C:\\x\\y.txt"},  // reachable: kept
+      {u"C:\\x\\z.txt", File, u"F:\\x\\z.txt"},     {u"C:\\x\\y.txt", StrictFile, u"F:\\x\\y.txt"},
+      {u"C:\\x", Path, u"C:\\x"},                  {u"C:\\q", Path, u"F:\\q"},
+      {u"C:\\x", StrictPath, u"F:\\x"},            {u"", File, u""},
+      {u"", StrictFile, u""},                      {u"", Path, u""},
+      {u"", StrictPath, u"F:"},  // the bare drive
+      {u"\\\\server\\share\\x", File, u"F:\\usbnet=server\\share\\x"},
+      {u"\\\\server\\share", StrictPath, u"F:\\usbnet=server\\share"},
+      {u"C:\\" + std::u16string(3000, u'a'), StrictFile, u"F:\\" + std::u16string(1999, u'a')},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(MapPortable(c.arg, u"F:\\Tools\\", c.mapping, file, dir), c.want)
+        << rtl::Utf16ToUtf8(c.arg.substr(0, 20)) << " " << static_cast<int>(c.mapping);
 }
 
 TEST(PathsUniqueNames, NumberedSeriesSkipTakenNames) {

@@ -1,7 +1,6 @@
 // The tool library's start work and path routines on a real system.
 #include <windows.h>
 
-#include <shellapi.h>
 #include <shlobj.h>
 
 #include <gtest/gtest.h>
@@ -11,6 +10,7 @@
 #include "rtl/formatsettings.h"
 #include "rtl/locale.h"
 #include "rtl/sysutils.h"
+#include "tools/fileops.h"
 #include "tools/paths.h"
 #include "tools/qm_globals.h"
 #include "win_support.h"
@@ -144,12 +144,7 @@ TEST_F(PathsWinStartup, TemporaryFilesAndFoldersAndUniqueNames) {
   EXPECT_FALSE(ForceDirectories(file + u"\\unter")) << "a file where a folder should be";
 
   DeleteFileW(W(file));
-  SHFILEOPSTRUCTW op{};
-  const std::u16string from = newDir + u'\0';
-  op.wFunc = FO_DELETE;
-  op.pFrom = W(from);
-  op.fFlags = FOF_NO_UI;
-  SHFileOperationW(&op);
+  DelDir(newDir);
   EXPECT_FALSE(DirectoryExists(newDir));
 }
 

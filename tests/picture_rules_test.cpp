@@ -1,6 +1,5 @@
-// Picture headers from hostile bytes: what each format's header claims, which claims are
-// refused before a decoder sees them, and the size limit of a decoded picture. The files
-// are built here field by field, as each format lays them out.
+// Picture headers from hostile bytes: the claim each format's header makes, the claims
+// refused before a decoder sees them, and the size limit of a decoded picture.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,30 +22,24 @@ void Le(Bytes& b, std::uint32_t v, int n) {
 void Be(Bytes& b, std::uint32_t v, int n) {
   for (int i = n - 1; i >= 0; --i) b.push_back(static_cast<std::uint8_t>(v >> 8 * i));
 }
-void Text(Bytes& b, const std::string& s) { b.insert(b.end(), s.begin(), s.end()); }
 Bytes Cut(const Bytes& b, std::size_t n) { return Bytes(b.begin(), b.begin() + n); }
-// `b` with the bytes from `at` on overwritten by `with`.
 Bytes Patch(Bytes b, std::size_t at, std::initializer_list<std::uint8_t> with) {
   std::copy(with.begin(), with.end(), b.begin() + static_cast<std::ptrdiff_t>(at));
   return b;
 }
 
-// A PNG chunk; the checksum is left 0, as nothing here reads it.
-void Chunk(Bytes& b, const std::string& type, std::size_t length) {
-  Be(b, static_cast<std::uint32_t>(length), 4);
-  Text(b, type);
-  b.insert(b.end(), length + 4, 0);
-}
-
-// Signature, header, one image data chunk of `data` bytes, end.
+// Signature, header, one image data chunk of `data` bytes, end; checksums left 0.
 Bytes Png(std::uint32_t width, std::uint32_t height, std::uint8_t depth = 8,
           std::uint8_t colour = 0, std::size_t data = 64) {
   Bytes b{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13, 'I', 'H', 'D', 'R'};
   Be(b, width, 4);
   Be(b, height, 4);
   b.insert(b.end(), {depth, colour, 0, 0, 0, 0, 0, 0, 0});  // methods, interlace, checksum
-  Chunk(b, "IDAT", data);
-  Chunk(b, "IEND", 0);
+  for (const auto& [type, length] : {std::pair{"IDAT", data}, std::pair{"IEND", std::size_t{0}}}) {
+    Be(b, static_cast<std::uint32_t>(length), 4);
+    b.insert(b.end(), type, type + 4);
+    b.insert(b.end(), length + 4, 0);
+  }
   return b;
 }
 
@@ -71,15 +64,14 @@ Bytes Bmp(std::int32_t width, std::int32_t height, std::uint16_t bits, std::size
   return b;
 }
 
-// A screen with a two-colour table, one frame of a single-pixel data block, the trailer.
+// A screen with a two-colour table, an extension, one frame of a one-pixel data block, the end.
 Bytes Gif(std::uint32_t width, std::uint32_t height, std::uint32_t frameWidth = 1,
           std::uint32_t frameHeight = 1) {
   Bytes b{'G', 'I', 'F', '8', '9', 'a'};
   Le(b, width, 2);
   Le(b, height, 2);
-  b.insert(b.end(), {0x80, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF});
-  b.insert(b.end(), {0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // an extension before the frame
-  b.insert(b.end(), {0x2C, 0, 0, 0, 0});  // a frame at 0, 0
+  b.insert(b.end(), {0x80, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x21, 0xF9, 4, 0, 0, 0, 0, 0,
+                     0x2C, 0, 0, 0, 0});
   Le(b, frameWidth, 2);
   Le(b, frameHeight, 2);
   b.insert(b.end(), {0, 2, 2, 0x44, 0x01, 0, 0x3B});
@@ -118,22 +110,16 @@ Bytes IconDib(std::int32_t width, std::int32_t height, std::uint16_t bits, std::
 TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
   Bytes jpegFill = Jpeg(64, 32, 600);
   jpegFill.insert(jpegFill.begin() + 20, {0xFF, 0xFF});  // fill bytes before the frame's marker
-  const struct {
-    const char* what;
-    Bytes bytes;
-    TPictureClaim claim;
-  } cases[] = {
+  const struct { const char* what; Bytes bytes; TPictureClaim claim; } cases[] = {
       {"gray PNG", Png(16, 8), {ui::pfPng, 16, 8, 8}},
       {"RGBA PNG of 16 bits", Png(3, 2, 16, 6), {ui::pfPng, 3, 2, 64}},
       {"palette PNG of 2 bits", Png(5, 5, 2, 3), {ui::pfPng, 5, 5, 2}},
       // 8000 x 8000 gray is 64 million bytes; 62016 bytes of deflate make up to 64 million.
       {"PNG with just enough data", Png(8000, 8000, 8, 0, 62016), {ui::pfPng, 8000, 8000, 8}},
-      {"PNG of the largest size", Png(8192, 8192, 1, 0, 8200), {ui::pfPng, 8192, 8192, 1}},
-      // Rows of 9 bytes padded to 12.
-      {"24-bit BMP, rows padded", Bmp(3, 2, 24, 24), {ui::pfBmp, 3, 2, 24}},
+      {"gray PNG of 1 bit, of the largest size", Png(8192, 8192, 1, 0, 8200), {ui::pfPng, 8192, 8192, 1}},
+      {"24-bit BMP, rows of 9 bytes padded to 12", Bmp(3, 2, 24, 24), {ui::pfBmp, 3, 2, 24}},
       {"BMP stored from the top", Bmp(3, -2, 24, 24), {ui::pfBmp, 3, 2, 24}},
-      // 33 bits: 5 bytes, padded to 8.
-      {"1-bit BMP", Bmp(33, 2, 1, 16), {ui::pfBmp, 33, 2, 1}},
+      {"1-bit BMP, rows of 5 bytes padded to 8", Bmp(33, 2, 1, 16), {ui::pfBmp, 33, 2, 1}},
       {"BMP with the core header", Bmp(5, 3, 8, 24, 0, 12), {ui::pfBmp, 5, 3, 8}},
       {"BMP with the version 5 header", Bmp(2, 2, 32, 16, 3, 124), {ui::pfBmp, 2, 2, 32}},
       // Runs may skip whole areas: the bytes say nothing of the size.
@@ -148,10 +134,18 @@ TEST(StreamingPictureHeaders, EachFormatClaimsItsSizeAndDepth) {
       {"arithmetic JPEG: no floor", Jpeg(8000, 8000, 300, 0xC9), {ui::pfJpeg, 8000, 8000, 24}},
       {"icon with a PNG", Ico(Png(16, 16, 8, 6)), {ui::pfIco, 16, 16, 32}},
       {"icon with a bitmap", Ico(IconDib(16, 16, 32, 16 * 16 * 4)), {ui::pfIco, 16, 16, 32}},
-      {"TIFF", {'I', 'I', 42, 0, 8, 0, 0, 0}, {}},
-      {"text", {'h', 'e', 'l', 'l', 'o'}, {}},
+      {"text, as any unknown format", {'h', 'e', 'l', 'l', 'o'}, {}},
   };
-  for (const auto& c : cases) EXPECT_EQ(ui::CheckPictureBytes(c.bytes), c.claim) << c.what;
+  for (const auto& c : cases) {
+    EXPECT_EQ(ui::CheckPictureBytes(c.bytes), c.claim) << c.what;
+    // Every cut of a small one in a buffer of its own size, so that a read past it is caught.
+    for (std::size_t n = 0; n < c.bytes.size() && c.bytes.size() < 2000; ++n) {
+      try {
+        ui::CheckPictureBytes(Cut(c.bytes, n));
+      } catch (const ui::EInvalidGraphic&) {
+      }
+    }
+  }
 }
 
 TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
@@ -159,10 +153,7 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
   Bytes gifNoTable = Gif(16, 16, 65535, 65535);
   gifNoTable[10] = 0x01;
   gifNoTable.erase(gifNoTable.begin() + 13, gifNoTable.begin() + 19);
-  const struct {
-    const char* what;
-    Bytes bytes;
-  } cases[] = {
+  const struct { const char* what; Bytes bytes; } cases[] = {
       {"nothing", {}},
       {"PNG of 8000 x 8000 with too little data", Png(8000, 8000, 8, 0, 62015)},
       {"PNG of 8192 x 8193", Png(8192, 8193, 1, 0, 9000)},
@@ -212,39 +203,19 @@ TEST(StreamingPictureHeaders, HostileHeadersAreRefused) {
     EXPECT_THROW(ui::CheckPictureBytes(c.bytes), ui::EInvalidGraphic) << c.what;
 }
 
-TEST(StreamingPictureHeaders, EveryCutIsJudgedWithinTheBytes) {
-  // Each prefix in a buffer of its own size, so that a read past it is caught.
-  for (const Bytes& whole : {Png(16, 8, 8, 2, 40), Bmp(3, 2, 24, 24), Bmp(5, 3, 8, 24, 0, 12),
-                             Gif(16, 16, 8, 8), Jpeg(64, 32, 300), Ico(Png(16, 16)),
-                             Ico(IconDib(4, 4, 32, 64))}) {
-    for (std::size_t n = 0; n < whole.size(); ++n) {
-      try {
-        ui::CheckPictureBytes(Cut(whole, n));
-      } catch (const ui::EInvalidGraphic&) {
-      }
-    }
-  }
-}
-
 TEST(StreamingPictureHeaders, ADecodedPictureHasAtMost64Megapixels) {
-  const struct {
-    std::uint64_t width, height;
-    bool allowed;
-  } cases[] = {
-      {1, 1, true},          {8192, 8192, true},
-      {8192, 8193, false},   {64 * 1024 * 1024, 1, true},
-      {1, 64 * 1024 * 1024 + 1, false},
-      {0, 5, false},         {5, 0, false},
+  const struct { std::uint64_t width, height; bool allowed; } cases[] = {
+      {1, 1, true}, {8192, 8192, true}, {8192, 8193, false}, {64 * 1024 * 1024, 1, true},
+      {1, 64 * 1024 * 1024 + 1, false}, {0, 5, false}, {5, 0, false},
       // Products that wrap around in 64 bits.
-      {std::uint64_t{1} << 32, std::uint64_t{1} << 32, false},
-      {std::uint64_t{1} << 63, 2, false},
+      {std::uint64_t{1} << 32, std::uint64_t{1} << 32, false}, {std::uint64_t{1} << 63, 2, false},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.width) + " x " + std::to_string(c.height));
     if (c.allowed)
-      EXPECT_NO_THROW(ui::CheckPictureSize(c.width, c.height)) << c.width << " x " << c.height;
+      EXPECT_NO_THROW(ui::CheckPictureSize(c.width, c.height));
     else
-      EXPECT_THROW(ui::CheckPictureSize(c.width, c.height), ui::EInvalidGraphic)
-          << c.width << " x " << c.height;
+      EXPECT_THROW(ui::CheckPictureSize(c.width, c.height), ui::EInvalidGraphic);
   }
 }
 

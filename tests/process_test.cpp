@@ -1,5 +1,4 @@
-// The pure rules of the process family: the shell's error texts, the split of a typed line
-// into file and parameters, the command lines, and the entries of a file type.
+// The shell's error texts, the split of a typed line, command lines and file-type entries.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -43,9 +42,7 @@ TEST(ProcessShellErrors, EveryCodeUpTo32HasItsTextOrNone) {
 TEST(ProcessShellLine, SplitsFileFromParameters) {
   const std::u16string a300(300, u'a');
   const std::u16string a255(255, u'a');
-  struct Case {
-    std::u16string line, file, params;
-  } cases[] = {
+  struct Case { std::u16string line, file, params; } cases[] = {
       {u"", u"", u""},
       // A quoted program alone still gets parameters: two double quotes.
       {u"\"C:\\Prog\\p.exe\"", u"\"C:\\Prog\\p.exe\"", u"\"\""},
@@ -66,16 +63,14 @@ TEST(ProcessShellLine, SplitsFileFromParameters) {
   }
 }
 
-TEST(ProcessShellLine, FailureTextNamesTheFileBetweenBlankLines) {
+TEST(ProcessCommandLines, QuoteAsTheStartersExpect) {
   EXPECT_EQ(ShellOpenFailedText(u"x.abc"),
             u"Konnte Datei \r\rx.abc\r\r nicht öffnen, Dateityp unbekannt!");
-}
-
-TEST(ProcessCommandLines, QuoteAsTheStartersExpect) {
   EXPECT_EQ(ExecCommandLine(u"C:\\P Q\\p.exe", u""), u"\"C:\\P Q\\p.exe\" \"\"");
   EXPECT_EQ(ExecCommandLine(u"p.exe", u"a b"), u"\"p.exe\" \"a b\"");
   EXPECT_EQ(LogonCommandLine(u"C:\\p.exe", u""), u"C:\\p.exe");
   EXPECT_EQ(LogonCommandLine(u"C:\\p.exe", u"a b"), u"C:\\p.exe \"a b\"");
+  EXPECT_EQ(GetCommandOutput(u"cmd /c dir"), u"") << "output is never captured";
 }
 
 TEST(ProcessAdmin, OnlyBareDocumentsGoThroughTheirProgram) {

@@ -30,8 +30,7 @@ using nox_test::W;
 
 const std::u16string kRecordArgs = nox_test::WinPath(NOX_RECORDARGS_EXE);
 
-// ExecAndWait waits without end; a recorder that hangs is ended after 30 s so that the
-// test fails instead of hanging.
+// ExecAndWait waits without end: a recorder that hangs is ended after 30 s.
 bool ExecAndWaitBounded(const std::u16string& program, const std::u16string& params) {
   auto run = std::async(std::launch::async, [&] { return ExecAndWait(program, params, SW_HIDE); });
   if (run.wait_for(std::chrono::seconds(30)) == std::future_status::timeout) {
@@ -43,8 +42,7 @@ bool ExecAndWaitBounded(const std::u16string& program, const std::u16string& par
   return run.get();
 }
 
-// The record lines of the recordargs.exe that `start` starts. The shell starts a program
-// and returns, so the record is waited for.
+// The record lines of the recordargs.exe that `start` starts (through the shell: later).
 std::vector<std::string> Record(const std::function<void()>& start) {
   const std::u16string file = TempFolder() + u"nox_process_record.txt";
   DeleteFileW(W(file));
@@ -79,14 +77,6 @@ TEST(ProcessWinShell, AFailureShowsTheShellsReasonOrNothingAndStillSucceeds) {
   DeleteFileW(W(noAssoc));
 }
 
-TEST(ProcessWinShell, AQuotedProgramAloneGetsTwoQuotesAsParameters) {
-  ShownMessages messages;
-  const auto lines = Record([] { Shellparaline(u"\"" + kRecordArgs + u"\""); });
-  EXPECT_TRUE(messages.shown.empty());
-  ASSERT_FALSE(lines.empty());
-  EXPECT_TRUE(lines[0].ends_with(R"(recordargs.exe" "")")) << lines[0];
-}
-
 TEST(ProcessWinExec, StartsTheProgramQuotedInItsFolder) {
   const std::string program = rtl::Utf16ToUtf8(kRecordArgs);
   std::string folder = rtl::Utf16ToUtf8(rtl::ExtractFilePath(kRecordArgs));
@@ -95,18 +85,19 @@ TEST(ProcessWinExec, StartsTheProgramQuotedInItsFolder) {
   EXPECT_EQ(Record(u""), (std::vector<std::string>{"\"" + program + "\" \"\"", folder}));
   EXPECT_EQ(Record(u"a b"), (std::vector<std::string>{"\"" + program + "\" \"a b\"", folder}));
   EXPECT_FALSE(ExecAndWait(u"C:\\nox_missing_folder\\missing.exe", u"", SW_HIDE));
+
+  // Through the shell, a quoted program alone gets two quotes as parameters.
+  ShownMessages messages;
+  const auto lines = Record([] { Shellparaline(u"\"" + kRecordArgs + u"\""); });
+  EXPECT_TRUE(messages.shown.empty());
+  ASSERT_FALSE(lines.empty());
+  EXPECT_TRUE(lines[0].ends_with(R"(recordargs.exe" "")")) << lines[0];
 }
 
-// This process's open handles. Wine's GetProcessHandleCount reports 0 always, so they are
-// counted in the system's handle table, which Wine does keep.
+// This process's open handles, from the system's table (Wine's GetProcessHandleCount is 0).
 DWORD OwnHandleCount() {
-  struct Entry {
-    ULONG ProcessId;
-    BYTE ObjectTypeNumber, Flags;
-    USHORT Handle;
-    void* Object;
-    ACCESS_MASK GrantedAccess;
-  };
+  struct Entry { ULONG ProcessId; BYTE ObjectTypeNumber, Flags; USHORT Handle; void* Object;
+                 ACCESS_MASK GrantedAccess; };
   using Query = LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*);
   const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
       GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
@@ -189,8 +180,7 @@ TEST(ProcessWinFileType, WritesTheThreeKeys) {
 TEST(ProcessWinFileType, TextFilesOpenWithAProgram) {
   const std::u16string file = TempFolder() + u"nox_process_test.txt";
   ASSERT_TRUE(nox_test::WriteBytes(file, ""));
-  // Whatever the system associates (Wine's notepad, or nothing in a bare prefix), the answer
-  // is a program that exists.
+  // Whatever the system associates (maybe nothing in a bare prefix) is a program that exists.
   const std::u16string program = GetExeForFile(file);
   DeleteFileW(W(file));
   if (!program.empty()) {

@@ -1,7 +1,7 @@
-// String helpers, case and order rules, string lists. Runs natively and under Wine, so
-// the RtlLocale cases hold for both the system locale and the native rules.
+// String helpers, case and order rules, string lists; natively and under Wine.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,35 +21,39 @@ Lines LinesOf(const TStrings& list) {
   return r;
 }
 
-int Sign(int v) { return (v > 0) - (v < 0); }
-
-TEST(RtlString, CopyClipsToTheString) {
-  struct Case { int index, count; std::u16string want; };
-  for (const auto& c : std::vector<Case>{{2, 9, u"bc"}, {0, 2, u"ab"}, {-5, 1, u"a"}, {2, 0, u""},
-                                         {2, -1, u""}, {4, 1, u""}, {3, 1, u"c"}})
-    EXPECT_EQ(Copy(u"abc", c.index, c.count), c.want) << c.index << "," << c.count;
-  EXPECT_EQ(Copy(u"abc", 2), u"bc");
+std::string ErrorOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const EStringListError& e) {
+    return e.what();
+  }
+  return "no error";
 }
 
-TEST(RtlString, DeleteAndInsertClip) {
-  struct Case { int index, count; std::u16string want; };
-  for (const auto& c : std::vector<Case>{{2, 1, u"ac"}, {2, 99, u"a"}, {0, 1, u"abc"},
-                                         {4, 1, u"abc"}, {1, 0, u"abc"}}) {
+int Sign(int v) { return (v > 0) - (v < 0); }
+
+TEST(RtlString, IndexesCountFromOneAndClip) {
+  struct Case { int index, count; std::u16string copied, deleted; };
+  for (const auto& c : std::vector<Case>{{2, 9, u"bc", u"a"}, {0, 2, u"ab", u"abc"},
+                                         {-5, 1, u"a", u"abc"}, {2, 0, u"", u"abc"},
+                                         {2, -1, u"", u"abc"}, {4, 1, u"", u"abc"},
+                                         {3, 1, u"c", u"ab"}, {2, 1, u"b", u"ac"}}) {
+    SCOPED_TRACE(testing::Message() << c.index << "," << c.count);
+    EXPECT_EQ(Copy(u"abc", c.index, c.count), c.copied);
     std::u16string s = u"abc";
     Delete(s, c.index, c.count);
-    EXPECT_EQ(s, c.want) << c.index << "," << c.count;
+    EXPECT_EQ(s, c.deleted);
   }
+  EXPECT_EQ(Copy(u"abc", 2), u"bc");
   for (const auto& [index, want] : std::vector<std::pair<int, std::u16string>>{
            {1, u"Xab"}, {2, u"aXb"}, {3, u"abX"}, {-1, u"Xab"}, {9, u"abX"}}) {
     std::u16string s = u"ab";
     Insert(u"X", s, index);
     EXPECT_EQ(s, want) << index;
   }
-}
-
-TEST(RtlString, PosCountsFromOneAndZeroMeansAbsent) {
-  struct Case { std::u16string needle; int from, want; };
-  for (const auto& c : std::vector<Case>{{u"b", 1, 2}, {u"", 1, 0}, {u"x", 1, 0}, {u"b", 3, 4}, {u"b", 5, 0}})
+  struct PosCase { std::u16string needle; int from, want; };
+  for (const auto& c : std::vector<PosCase>{
+           {u"b", 1, 2}, {u"", 1, 0}, {u"x", 1, 0}, {u"b", 3, 4}, {u"b", 5, 0}})
     EXPECT_EQ(c.from == 1 ? Pos(c.needle, u"abcb") : PosEx(c.needle, u"abcb", c.from), c.want);
   EXPECT_EQ(Pos(u'c', u"abc"), 3);
 }
@@ -57,14 +61,13 @@ TEST(RtlString, PosCountsFromOneAndZeroMeansAbsent) {
 TEST(RtlString, TrimDropsSpacesAndControlsAtTheEnds) {
   struct Case { std::u16string in, both, left, right; };
   for (const auto& c : std::vector<Case>{
-           {u" \t a b \r\n", u"a b", u"a b \r\n", u" \t a b"},
-           {u"a ", u"a", u"a ", u"a"},
-           {u"x", u"x", u"x", u"x"},
-           {u" \x01 ", u"", u"", u""},
+           {u" \t a b \r\n", u"a b", u"a b \r\n", u" \t a b"}, {u"a ", u"a", u"a ", u"a"},
+           {u"x", u"x", u"x", u"x"}, {u" \x01 ", u"", u"", u""},
            {u"\u00A0a\u00A0", u"\u00A0a\u00A0", u"\u00A0a\u00A0", u"\u00A0a\u00A0"}}) {
-    EXPECT_EQ(Trim(c.in), c.both) << Utf16ToUtf8(c.in);
-    EXPECT_EQ(TrimLeft(c.in), c.left) << Utf16ToUtf8(c.in);
-    EXPECT_EQ(TrimRight(c.in), c.right) << Utf16ToUtf8(c.in);
+    SCOPED_TRACE(Utf16ToUtf8(c.in));
+    EXPECT_EQ(Trim(c.in), c.both);
+    EXPECT_EQ(TrimLeft(c.in), c.left);
+    EXPECT_EQ(TrimRight(c.in), c.right);
   }
 }
 
@@ -86,19 +89,15 @@ TEST(RtlString, StringReplaceAllGoesLeftToRightWithoutRescanning) {
 }
 
 TEST(RtlString, Utf8RoundTripsEveryPlaneAndReplacesWhatIsMalformed) {
-  // Each length's first character too: U+0080 and U+0800.
   const std::u16string text = u"A\u0080\u00A7\u00E4\u0800\u20AC\U0001F600z";
   EXPECT_EQ(Utf16ToUtf8(text),
             "A\xC2\x80\xC2\xA7\xC3\xA4\xE0\xA0\x80\xE2\x82\xAC\xF0\x9F\x98\x80z");
   EXPECT_EQ(Utf8ToUtf16(Utf16ToUtf8(text)), text);
   struct Case { std::string in; std::u16string want; };
   for (const auto& c : std::vector<Case>{
-           {"a\x80z", u"a\uFFFDz"},                   // stray continuation byte
-           {"\xC0\xAF", u"\uFFFD\uFFFD"},             // overlong '/'
-           {"\xE2\x82", u"\uFFFD\uFFFD"},             // cut short
-           {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},   // encoded surrogate
-           {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // past U+10FFFF
-           {"\xE2\x82z", u"\uFFFD\uFFFDz"}})
+           {"a\x80z", u"a\uFFFDz"}, {"\xC0\xAF", u"\uFFFD\uFFFD"}, {"\xE2\x82", u"\uFFFD\uFFFD"},
+           {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"}, {"\xE2\x82z", u"\uFFFD\uFFFDz"},
+           {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"}})  // the last is past U+10FFFF
     EXPECT_EQ(Utf8ToUtf16(c.in), c.want) << c.in;
   EXPECT_EQ(Utf16ToUtf8(u"a\xD800z"), "a\xEF\xBF\xBDz");
 }
@@ -110,14 +109,13 @@ TEST(RtlUnicase, SimpleCaseMappingPairs) {
            {u'Ā', u'ā'}, {u'Ĺ', u'ĺ'}, {u'Ň', u'ň'}, {u'Ŋ', u'ŋ'}, {u'Ž', u'ž'},
            {u'Ș', u'ș'}, {u'Ά', u'ά'}, {u'Ώ', u'ώ'}, {u'Σ', u'σ'}, {u'Ё', u'ё'},
            {u'Я', u'я'}, {u'Ѣ', u'ѣ'}, {u'Ա', u'ա'}, {u'Ạ', u'ạ'}, {u'Ａ', u'ａ'},
-           {u'Ύ', u'ύ'}, {u'Ӓ', u'ӓ'}, {u'Ḁ', u'ḁ'}}) {
+           {u'Ύ', u'ύ'}, {u'Ӓ', u'ӓ'}, {u'Ḁ', u'ḁ'}, {u'ß', u'ß'}, {u'×', u'×'},
+           {u'ǅ', u'ǅ'}}) {
     EXPECT_EQ(ToLowerChar(c.upper), c.lower) << int{c.upper};
     EXPECT_EQ(ToUpperChar(c.lower), c.upper) << int{c.lower};
   }
   struct OneWay { char16_t from, lower, upper; };
-  for (const auto& c : std::vector<OneWay>{{u'ß', u'ß', u'ß'}, {u'İ', u'i', u'İ'},
-                                           {u'ı', u'ı', u'I'}, {u'ς', u'ς', u'Σ'},
-                                           {u'×', u'×', u'×'}, {u'ǅ', u'ǅ', u'ǅ'}}) {
+  for (const auto& c : std::vector<OneWay>{{u'İ', u'i', u'İ'}, {u'ı', u'ı', u'I'}, {u'ς', u'ς', u'Σ'}}) {
     EXPECT_EQ(ToLowerChar(c.from), c.lower) << int{c.from};
     EXPECT_EQ(ToUpperChar(c.from), c.upper) << int{c.from};
   }
@@ -140,14 +138,20 @@ const std::vector<Ordered> kOrdered = {
     {u"a", u"\u0180"},
 };
 
+// Natively both orders are the collation rules; under Wine the Ansi ones are the system's.
 TEST(RtlUnicase, CollationOrdersLettersBeforeAccentsBeforeCase) {
   for (const auto& o : kOrdered) {
-    EXPECT_LT(CollateCompare(o.a, o.b, false), 0) << Utf16ToUtf8(o.a + u" < " + o.b);
-    EXPECT_GT(CollateCompare(o.b, o.a, false), 0) << Utf16ToUtf8(o.b + u" > " + o.a);
-    if (!o.caseOnly) {
-      EXPECT_LT(CollateCompare(o.a, o.b, true), 0) << Utf16ToUtf8(o.a + u" < " + o.b);
-    }
+    SCOPED_TRACE(Utf16ToUtf8(o.a + u" < " + o.b));
+    EXPECT_LT(CollateCompare(o.a, o.b, false), 0);
+    EXPECT_GT(CollateCompare(o.b, o.a, false), 0);
+    EXPECT_EQ(Sign(CollateCompare(o.a, o.b, true)), o.caseOnly ? 0 : -1);
+    EXPECT_LT(AnsiCompareStr(o.a, o.b), 0);
+    EXPECT_EQ(Sign(AnsiCompareText(o.a, o.b)), o.caseOnly ? 0 : -1);
   }
+  EXPECT_EQ(AnsiCompareStr(u"Straße", u"Strasse"), 0);
+  EXPECT_TRUE(AnsiSameText(u"ÄRGER", u"ärger"));
+  EXPECT_FALSE(AnsiSameText(u"Arger", u"Ärger"));
+  EXPECT_EQ(AnsiCompareText(std::u16string_view(), u""), 0);
 }
 
 TEST(RtlUnicase, CollationEqualities) {
@@ -175,24 +179,12 @@ TEST(RtlLocale, CaseMappingOfLatinGreekCyrillic) {
   EXPECT_EQ(AnsiUpperCase(u"łódź żółć"), u"ŁÓDŹ ŻÓŁĆ");
   EXPECT_EQ(AnsiLowerCase(u"ΑΘΉΝΑ МОСКВА ЁЖ"), u"αθήνα москва ёж");
   EXPECT_EQ(AnsiUpperCase(u""), u"");
-  // Long enough for whole blocks of plain ASCII, then a tail with umlauts.
   const std::u16string upper = u"THE QUICK BROWN FOX, AND BACK AGAIN: 0123456789 [ABC] @XYZ`.",
                        lower = u"the quick brown fox, and back again: 0123456789 [abc] @xyz`.";
   EXPECT_EQ(AnsiLowerCase(upper + upper + u"ÄÖÜ"), lower + lower + u"äöü");
 }
 
-TEST(RtlLocale, SystemOrderAgreesWithTheNativeRules) {
-  for (const auto& o : kOrdered) {
-    EXPECT_LT(AnsiCompareStr(o.a, o.b), 0) << Utf16ToUtf8(o.a + u" < " + o.b);
-    EXPECT_EQ(Sign(AnsiCompareText(o.a, o.b)), o.caseOnly ? 0 : -1) << Utf16ToUtf8(o.a);
-  }
-  EXPECT_EQ(AnsiCompareStr(u"Straße", u"Strasse"), 0);
-  EXPECT_TRUE(AnsiSameText(u"ÄRGER", u"ärger"));
-  EXPECT_FALSE(AnsiSameText(u"Arger", u"Ärger"));
-  EXPECT_EQ(AnsiCompareText(std::u16string_view(), u""), 0);
-}
-
-TEST(RtlStringList, SortedListKeepsLocaleOrder) {
+TEST(RtlStringList, SortedAddKeepsLocaleOrderAndHandlesDuplicates) {
   TStringList list;
   list.SetSorted(true);
   for (const char16_t* s : {u"Birne", u"apfel", u"Äpfel", u"10", u"2", u"_x", u"Apfel"})
@@ -205,66 +197,59 @@ TEST(RtlStringList, SortedListKeepsLocaleOrder) {
   EXPECT_FALSE(list.Find(u"Banane", index));
   EXPECT_EQ(index, 5);
   EXPECT_EQ(list.IndexOf(u"äpfel"), 4);
-
   list.SetCaseSensitive(true);
   EXPECT_EQ(list.Add(u"Apfel"), 4);
   EXPECT_EQ(list.Add(u"APFEL"), 5);
-}
 
-TEST(RtlStringList, DuplicatesOnSortedAdd) {
   TObject first, second;
-  TStringList list;
-  list.SetSorted(true);
-  list.AddObject(u"b", &first);
-  list.AddObject(u"c", nullptr);
-  EXPECT_EQ(list.AddObject(u"B", &second), 0);  // dupIgnore: the existing line and object
-  EXPECT_EQ(list.Objects(0), &first);
-  EXPECT_EQ(list.Count(), 2);
-
-  list.Duplicates = TDuplicates::dupAccept;
-  EXPECT_EQ(list.AddObject(u"B", &second), 0);  // before the equal line
-  EXPECT_EQ(LinesOf(list), (Lines{u"B", u"b", u"c"}));
-
-  list.Duplicates = TDuplicates::dupError;
-  EXPECT_THROW(list.Add(u"c"), EStringListError);
-  EXPECT_EQ(list.Count(), 3);
+  TStringList dup;
+  dup.SetSorted(true);
+  dup.AddObject(u"b", &first);
+  dup.AddObject(u"c", nullptr);
+  EXPECT_EQ(dup.AddObject(u"B", &second), 0);  // dupIgnore: the existing line and object
+  EXPECT_EQ(dup.Objects(0), &first);
+  EXPECT_EQ(dup.Count(), 2);
+  dup.Duplicates = TDuplicates::dupAccept;
+  EXPECT_EQ(dup.AddObject(u"B", &second), 0);  // before the equal line
+  EXPECT_EQ(LinesOf(dup), (Lines{u"B", u"b", u"c"}));
 }
 
 TEST(RtlStringList, MisuseThrowsWithTheFrameworkMessages) {
   TStringList list;
   list.Add(u"a");
-  const auto message = [](auto&& call) {
-    try {
-      call();
-    } catch (const EStringListError& e) {
-      return std::string(e.what());
-    }
-    return std::string("no error");
-  };
-  EXPECT_EQ(message([&] { list.Get(5); }), "List index out of bounds (5)");
-  EXPECT_EQ(message([&] { list.Delete(-1); }), "List index out of bounds (-1)");
-  EXPECT_EQ(message([&] { list.Insert(2, u"x"); }), "List index out of bounds (2)");
+  EXPECT_EQ(ErrorOf([&] { list.Get(5); }), "List index out of bounds (5)");
+  EXPECT_EQ(ErrorOf([&] { list.Delete(-1); }), "List index out of bounds (-1)");
+  EXPECT_EQ(ErrorOf([&] { list.Insert(2, u"x"); }), "List index out of bounds (2)");
   list.SetSorted(true);
-  for (const auto& call : std::vector<std::function<void()>>{
-           [&] { list.Insert(0, u"x"); }, [&] { list.Put(0, u"x"); }})
-    EXPECT_EQ(message(call), "Operation not allowed on sorted list");
+  EXPECT_EQ(ErrorOf([&] { list.Insert(0, u"x"); }), "Operation not allowed on sorted list");
+  EXPECT_EQ(ErrorOf([&] { list.Put(0, u"x"); }), "Operation not allowed on sorted list");
   list.Duplicates = TDuplicates::dupError;
-  EXPECT_EQ(message([&] { list.Add(u"A"); }), "String list does not allow duplicates");
+  EXPECT_EQ(ErrorOf([&] { list.Add(u"A"); }), "String list does not allow duplicates");
+  EXPECT_EQ(LinesOf(list), Lines{u"a"});
 }
 
-TEST(RtlStringList, TextSplitsOnEveryLineBreak) {
-  struct Case { std::u16string text; Lines lines; };
-  for (const auto& c : std::vector<Case>{{u"a\r\nb\rc\nd", {u"a", u"b", u"c", u"d"}},
-                                         {u"a\r\n", {u"a"}}, {u"\n", {u""}}, {u"", {}},
-                                         {u"a\r\n\r\nb", {u"a", u"", u"b"}},
-                                         {u"a\n\rb", {u"a", u"", u"b"}}}) {
+TEST(RtlStringList, TextAndDelimitedTextReplaceTheLines) {
+  enum How { kText, kLoose, kStrict };
+  struct Case { How how; std::u16string text; Lines lines; };
+  for (const auto& c : std::vector<Case>{
+           {kText, u"a\r\nb\rc\nd", {u"a", u"b", u"c", u"d"}}, {kText, u"a\r\n", {u"a"}},
+           {kText, u"\n", {u""}}, {kText, u"", {}}, {kText, u"a\r\n\r\nb", {u"a", u"", u"b"}},
+           {kText, u"a\n\rb", {u"a", u"", u"b"}}, {kLoose, u"a, b ,c", {u"a", u"b", u"c"}},
+           {kStrict, u"a, b ,c", {u"a", u" b ", u"c"}}, {kLoose, u"a b", {u"a", u"b"}},
+           {kLoose, u"\"open", {u"open"}}, {kLoose, u"\"q\"r,s", {u"q", u"r", u"s"}},
+           {kLoose, u"  \"x \"\"y\"\" z\" , w", {u"x \"y\" z", u"w"}},
+           {kLoose, u"a,,b", {u"a", u"", u"b"}}, {kLoose, u"a,", {u"a", u""}},
+           {kLoose, u" ,a", {u"", u"a"}}, {kStrict, u"a,", {u"a", u""}}, {kLoose, u"", {}}}) {
+    SCOPED_TRACE(testing::Message() << Utf16ToUtf8(c.text) << " how=" << c.how);
     TStringList list;
-    list.SetText(c.text);
-    EXPECT_EQ(LinesOf(list), c.lines) << Utf16ToUtf8(c.text);
+    list.Add(u"old");
+    list.StrictDelimiter = c.how == kStrict;
+    if (c.how == kText)
+      list.SetText(c.text);
+    else
+      list.SetDelimitedText(c.text);
+    EXPECT_EQ(LinesOf(list), c.lines);
   }
-  TStringList list;
-  list.SetText(u"x\ny");
-  EXPECT_EQ(list.Text(), u"x\r\ny\r\n");
 }
 
 TEST(RtlStringList, DelimitedTextQuotesWhatWouldNotReadBack) {
@@ -280,26 +265,7 @@ TEST(RtlStringList, DelimitedTextQuotesWhatWouldNotReadBack) {
     list.StrictDelimiter = c.strict;
     EXPECT_EQ(list.DelimitedText(), c.want) << Utf16ToUtf8(c.want);
   }
-}
-
-TEST(RtlStringList, SetDelimitedTextSplits) {
-  struct Case { std::u16string text; bool strict; Lines lines; };
-  for (const auto& c : std::vector<Case>{
-           {u"a, b ,c", false, {u"a", u"b", u"c"}}, {u"a, b ,c", true, {u"a", u" b ", u"c"}},
-           {u"a b", false, {u"a", u"b"}}, {u"\"open", false, {u"open"}},
-           {u"  \"x \"\"y\"\" z\" , w", false, {u"x \"y\" z", u"w"}},
-           {u"\"q\"r,s", false, {u"q", u"r", u"s"}}, {u"a,,b", false, {u"a", u"", u"b"}},
-           {u"a,", false, {u"a", u""}}, {u" ,a", false, {u"", u"a"}},
-           {u"a,", true, {u"a", u""}}, {u"", false, {}}}) {
-    TStringList list;
-    list.Add(u"old");
-    list.StrictDelimiter = c.strict;
-    list.SetDelimitedText(c.text);
-    EXPECT_EQ(LinesOf(list), c.lines) << Utf16ToUtf8(c.text) << " strict=" << c.strict;
-  }
-}
-
-TEST(RtlStringList, CommaTextIgnoresTheDelimiterSettings) {
+  // Comma text ignores the delimiter settings.
   TStringList list;
   list.Delimiter = u';';
   list.QuoteChar = u'\'';
@@ -308,6 +274,7 @@ TEST(RtlStringList, CommaTextIgnoresTheDelimiterSettings) {
   EXPECT_EQ(LinesOf(list), (Lines{u"a", u"b", u"'c'"}));
   EXPECT_EQ(list.CommaText(), u"a,b,'c'");
   list.SetText(u"x y\nz");
+  EXPECT_EQ(list.Text(), u"x y\r\nz\r\n");
   EXPECT_EQ(list.CommaText(), u"\"x y\",z");
   EXPECT_EQ(list.DelimitedText(), u"x y;z");
 }
@@ -362,7 +329,7 @@ TEST(RtlStringList, ChangeNotificationsWaitForTheOutermostUpdate) {
   EXPECT_EQ(log, u"<>");
 }
 
-TEST(RtlStringList, CustomSortOrdersByTheGivenRuleStably) {
+TEST(RtlStringList, CustomSortIsStableAndAssignCopiesLinesObjectsAndDelimiters) {
   TStringList list;
   list.SetCommaText(u"ccc,a,bb,b,aa");
   list.CustomSort([](TStringList& l, int a, int b) {
@@ -371,9 +338,7 @@ TEST(RtlStringList, CustomSortOrdersByTheGivenRuleStably) {
   EXPECT_EQ(LinesOf(list), (Lines{u"a", u"b", u"bb", u"aa", u"ccc"}));
   list.Exchange(0, 4);
   EXPECT_EQ(list[0], u"ccc");
-}
 
-TEST(RtlStringList, AssignCopiesLinesObjectsAndDelimiters) {
   TObject object;
   TStringList source, target;
   source.AddObject(u"one", &object);

@@ -1,5 +1,4 @@
-// The unit's shared state and its project text helpers: start values, leading blanks, parent
-// folders, file names made absolute against the current project, position records.
+// The unit's shared state and its project text helpers.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -85,9 +84,7 @@ class SharedDataFileName : public testing::Test {
 };
 
 TEST_F(SharedDataFileName, MadeAbsoluteAgainstTheProjectFolder) {
-  struct Case {
-    Str path, name, result, pathAfter;
-  };
+  struct Case { Str path, name, result, pathAfter; };
   const Case cases[] = {
       {u"C:\\p\\src\\", u"..\\lib\\u.pas", u"C:\\p\\lib\\u.pas", u"C:\\p\\src"},
       {u"C:\\p\\src\\", u"u.pas", u"C:\\p\\src\\u.pas", u"C:\\p\\src\\"},  // Path kept
@@ -108,10 +105,7 @@ TEST_F(SharedDataFileName, MadeAbsoluteAgainstTheProjectFolder) {
     EXPECT_EQ(GetFileName(c.name), c.result) << Narrow(c.name);
     EXPECT_EQ(project_.Path, c.pathAfter) << Narrow(c.name);
   }
-}
-
-TEST_F(SharedDataFileName, UnchangedWithoutAProject) {
-  Project = nullptr;
+  Project = nullptr;  // unchanged without a project
   for (const Str name : {u"..\\u.pas", u"u.pas"}) EXPECT_EQ(GetFileName(name), name);
 }
 

@@ -1,6 +1,4 @@
-// The shared data unit's start and stop work on a real system, after the tool library's:
-// the INI file named after the host program under quillmark\NOX, the user's data folder
-// from that INI file, the folders made, the string lists and what stop work releases.
+// The shared data unit's start and stop work on a real system, after the tool library's.
 #include <windows.h>
 
 #include <shlobj.h>

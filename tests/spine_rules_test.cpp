@@ -10,12 +10,17 @@ namespace {
 
 using namespace WNOXView;
 
-TEST(SpineRules, SettingsFileLiesUnderTheRoamingFolder) {
+// The settings file under the roaming folder (relative without one); the default program
+// beside the host; the companion's command line with the frame's handle.
+TEST(SpineRules, NamesOfTheSettingsFileTheProgramAndItsCommandLine) {
   EXPECT_EQ(SettingsFileName(u"C:\\Users\\a\\AppData\\Roaming"),
             u"C:\\Users\\a\\AppData\\Roaming\\quillmark\\NOX\\NOX.INI");
   EXPECT_EQ(SettingsFileName(u"D:\\Data\\"), u"D:\\Data\\quillmark\\NOX\\NOX.INI");
-  // No APPDATA at all: the name becomes relative rather than rooted.
   EXPECT_EQ(SettingsFileName(u""), u"quillmark\\NOX\\NOX.INI");
+  EXPECT_EQ(DefaultProgram(u"C:\\IDE\\bin\\bds.exe"), u"C:\\IDE\\bin\\NOXPlugIn.exe");
+  EXPECT_EQ(DefaultProgram(u"C:bds.exe"), u"C:\\NOXPlugIn.exe");
+  EXPECT_EQ(DefaultProgram(u"bds.exe"), u"NOXPlugIn.exe");
+  EXPECT_EQ(SlaveParameters(657812), u"Slave \"Delphi 13 Florence\" \"657812\"");
 }
 
 TEST(SpineRules, TheProgramFileCountsWithLinksFollowed) {
@@ -23,24 +28,10 @@ TEST(SpineRules, TheProgramFileCountsWithLinksFollowed) {
   EXPECT_TRUE(ProgramFileExists(file, std::nullopt));
   EXPECT_FALSE(ProgramFileExists(std::nullopt, std::nullopt));
   EXPECT_FALSE(ProgramFileExists(folder, std::nullopt));
+  EXPECT_TRUE(ProgramFileExists(file | 0x1, std::nullopt)) << "a read-only program";
   EXPECT_TRUE(ProgramFileExists(file | link, file)) << "a link to the program";
   EXPECT_FALSE(ProgramFileExists(file | link, std::nullopt)) << "a dangling link";
   EXPECT_FALSE(ProgramFileExists(file | link, folder)) << "a link to a folder";
-}
-
-TEST(SpineRules, DefaultProgramLiesBesideTheHost) {
-  struct Case { std::u16string exe, program; };
-  for (const auto& c : std::initializer_list<Case>{
-           {u"C:\\IDE\\bin\\bds.exe", u"C:\\IDE\\bin\\NOXPlugIn.exe"},
-           {u"C:bds.exe", u"C:\\NOXPlugIn.exe"},
-           {u"bds.exe", u"NOXPlugIn.exe"},
-       })
-    EXPECT_EQ(DefaultProgram(c.exe), c.program);
-}
-
-TEST(SpineRules, CompanionCommandLineCarriesTheFrameHandle) {
-  EXPECT_EQ(SlaveParameters(657812), u"Slave \"Delphi 13 Florence\" \"657812\"");
-  EXPECT_EQ(kSlavePrefix.size(), 28u);
 }
 
 // The package's units in its list order, each noting when it is started and stopped.

@@ -72,17 +72,24 @@ inline std::unique_ptr<ui::TForm> DesignedForm() {
   return form;
 }
 
-// A stream holding a TForm "F" whose properties and children `rest` writes, read from the
-// start.
-template <class Rest>
-std::unique_ptr<rtl::TMemoryStream> FormStream(Rest rest) {
+// The start of a component: its class and name.
+inline void Open(rtl::TWriter& w, const char16_t* cls, const char16_t* name) {
+  w.WriteStr(cls);
+  w.WriteStr(name);
+}
+
+// A stream holding a TForm "F" without properties whose children `children` writes, read
+// from the start.
+template <class Children>
+std::unique_ptr<rtl::TMemoryStream> FormStream(Children children) {
   auto stream = std::make_unique<rtl::TMemoryStream>();
   {
     rtl::TWriter w(*stream);
     w.WriteSignature();
-    w.WriteStr(u"TForm");
-    w.WriteStr(u"F");
-    rest(w);
+    Open(w, u"TForm", u"F");
+    w.WriteListEnd();
+    children(w);
+    w.WriteListEnd();
   }
   stream->SetPosition(0);
   return stream;

@@ -17,6 +17,8 @@ using rtl::TWriter;
 using Body = std::function<void(TWriter&)>;
 
 const Body kNothing = [](TWriter&) {};
+Body Ident(std::u16string s) { return [=](TWriter& w) { w.WriteIdent(s); }; }
+Body Int(std::int64_t i) { return [=](TWriter& w) { w.WriteInteger(i); }; }
 
 // A component: its class, its name, the properties `props` writes, the children `inside` writes.
 Body Component(std::u16string cls, std::u16string name, Body props, Body inside = kNothing) {
@@ -59,11 +61,9 @@ Body With(std::u16string cls, std::u16string name, std::u16string property, Body
   return Component(cls, name, [=](TWriter& w) { w.WriteStr(property), value(w); });
 }
 
-Body LabelWith(const char16_t* property, Body value) {
-  return With(u"TLabel", u"L", property, value);
-}
+Body LabelWith(const char16_t* property, Body value) { return With(u"TLabel", u"L", property, value); }
 
-// An image whose picture data names the graphic class `cls` (none when empty).
+// An image whose picture data name the graphic class `cls` (none when empty).
 Body Picture(const std::string& cls, std::vector<std::uint8_t> rest) {
   std::vector<std::uint8_t> data;
   if (!cls.empty()) data.push_back(static_cast<std::uint8_t>(cls.size()));
@@ -74,15 +74,9 @@ Body Picture(const std::string& cls, std::vector<std::uint8_t> rest) {
 
 enum class Refusal { filer, classNotFound, read, other };
 
-struct HostileCase {
-  const char* what;
-  Body children;
-  Refusal refusal;
-  const char16_t* named = nullptr;  // what the message names, as a word of its own
-};
-
 TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
-  const HostileCase cases[] = {
+  // `named`: what the message names, as a word of its own.
+  const struct { const char* what; Body children; Refusal refusal; const char16_t* named = nullptr; } cases[] = {
       {"a panel inside itself", Child(u"TPanel", u"A", Child(u"TPanel", u"A")), Refusal::filer},
       {"A in B in A", Child(u"TPanel", u"A", Child(u"TPanel", u"B", Child(u"TPanel", u"A"))),
        Refusal::filer},
@@ -95,17 +89,13 @@ TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
       {"an unknown class", Child(u"TNoSuchControl", u"X"), Refusal::classNotFound, u"TNoSuchControl"},
       {"a form inside a form", Child(u"TForm", u"F2"), Refusal::classNotFound},
       {"an abstract class", Child(u"TWinControl", u"W"), Refusal::classNotFound},
-      {"a property the class lacks", LabelWith(u"BevelInner", [](TWriter& w) { w.WriteIdent(u"bvNone"); }),
-       Refusal::filer, u"BevelInner"},
+      {"a property the class lacks", LabelWith(u"BevelInner", Ident(u"bvNone")), Refusal::filer,
+       u"BevelInner"},
       {"text for a number", LabelWith(u"Left", [](TWriter& w) { w.WriteString(u"10"); }), Refusal::filer},
-      {"a width beyond 32 bits", LabelWith(u"Width", [](TWriter& w) { w.WriteInteger(1ll << 40); }),
-       Refusal::filer},
-      {"an unknown alignment", LabelWith(u"Align", [](TWriter& w) { w.WriteIdent(u"alMiddle"); }),
-       Refusal::filer, u"alMiddle"},
-      {"an unknown colour name", LabelWith(u"Color", [](TWriter& w) { w.WriteIdent(u"clPuce"); }),
-       Refusal::filer, u"clPuce"},
-      {"a number for a Boolean", LabelWith(u"AutoSize", [](TWriter& w) { w.WriteInteger(1); }),
-       Refusal::filer},
+      {"a width beyond 32 bits", LabelWith(u"Width", Int(1ll << 40)), Refusal::filer},
+      {"an unknown alignment", LabelWith(u"Align", Ident(u"alMiddle")), Refusal::filer, u"alMiddle"},
+      {"an unknown colour name", LabelWith(u"Color", Ident(u"clPuce")), Refusal::filer, u"clPuce"},
+      {"a number for a Boolean", LabelWith(u"AutoSize", Int(1)), Refusal::filer},
       {"a bitmap without its length", Picture("TBitmap", {1, 2}), Refusal::read},
       {"a bitmap longer than its data", Picture("TBitmap", {200, 0, 0, 0, 'B', 'M'}),
        Refusal::filer, u"Bitmap-Länge"},
@@ -114,19 +104,19 @@ TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
       {"an unknown graphic class", Picture("TFrobImage", {1, 2, 3}), Refusal::classNotFound},
       {"picture data without a class", Picture("", {}), Refusal::read},
   };
-  for (const HostileCase& c : cases) {
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
     try {
       Read(FormBytes(c.children));
-      ADD_FAILURE() << c.what << ": read";
+      ADD_FAILURE() << "read";
     } catch (const rtl::Exception& e) {
       const Refusal got = dynamic_cast<const rtl::EClassNotFound*>(&e) ? Refusal::classNotFound
                           : dynamic_cast<const rtl::EFilerError*>(&e)  ? Refusal::filer
                           : dynamic_cast<const rtl::EReadError*>(&e)   ? Refusal::read
                                                                        : Refusal::other;
-      EXPECT_EQ(got, c.refusal) << c.what << ": " << e.what();
+      EXPECT_EQ(got, c.refusal) << e.what();
       if (c.named != nullptr) {
-        EXPECT_NE(e.Message().find(u" " + std::u16string(c.named)), std::u16string::npos)
-            << e.what();
+        EXPECT_NE(e.Message().find(u" " + std::u16string(c.named)), std::u16string::npos) << e.what();
       }
     }
   }
@@ -151,11 +141,8 @@ TEST(StreamingHostile, EveryPrefixOfAFormIsRefusedWithTheFormatsErrors) {
 
 TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
   // Inside a panel every control goes into it; timers and menus live only in their owner,
-  // menu items go only into menus. A label inside a shape goes nowhere.
-  const struct {
-    const char16_t* cls;
-    bool intoPanel;
-  } classes[] = {
+  // menu items only in menus. A label inside a shape goes nowhere.
+  const struct { const char16_t* cls; bool intoPanel; } classes[] = {
       {u"TLabel", true},       {u"TPanel", true},        {u"TImage", true},
       {u"TShape", true},       {u"TSpeedButton", true},  {u"TScrollBox", true},
       {u"TListBox", true},     {u"TCheckListBox", true}, {u"TMemo", true},
@@ -163,8 +150,7 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
       {u"TTimer", false},      {u"TPopupMenu", false},   {u"TMenuItem", false},
   };
   Body inPanel = kNothing;
-  for (const auto& c : classes)
-    inPanel = Both(inPanel, Child(c.cls, u"In" + std::u16string(c.cls)));
+  for (const auto& c : classes) inPanel = Both(inPanel, Child(c.cls, u"In" + std::u16string(c.cls)));
   const ui::TComponentTree tree = Read(FormBytes(
       Both(Child(u"TShape", u"S", Child(u"TLabel", u"InShape")), Child(u"TPanel", u"P", inPanel))));
   // Written in this order: S, InShape, P, then the table's.
@@ -181,7 +167,6 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
   EXPECT_EQ(menus.Children.at(0).Parent, ui::kNoParent);
   EXPECT_EQ(menus.Children.at(1).Parent, 0);
   EXPECT_EQ(menus.Children.at(2).Parent, 1);
-
   // A plain component read as the root has no place for controls.
   EXPECT_EQ(Read(FormBytes(Child(u"TLabel", u"L")), u"TComponent").Children.at(0).Parent,
             ui::kNoParent);
@@ -190,34 +175,30 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
 TEST(StreamingHostile, ValuesArriveCheckedAndSpelledAsTheClassSpellsThem) {
   // Each on an unnamed component of its own; unnamed components may be many.
   const struct {
-    const char16_t* cls;
-    const char16_t* property;
+    const char16_t *cls, *property;
     Body value;
     std::int64_t integer;
     std::u16string text;
   } values[] = {
-      {u"TLabel", u"align", [](TWriter& w) { w.WriteIdent(u"ALCLIENT"); }, 5, u"alClient"},
-      {u"TLabel", u"Width", [](TWriter& w) { w.WriteInteger(100); }, 100, u""},
+      {u"TLabel", u"align", Ident(u"ALCLIENT"), 5, u"alClient"},
+      {u"TLabel", u"Width", Int(100), 100, u""},
       {u"TLabel", u"AlignWithMargins", [](TWriter& w) { w.WriteBoolean(true); }, 1, u""},
-      {u"TLabel", u"Tag", [](TWriter& w) { w.WriteInteger(std::int64_t{1} << 40); },
-       std::int64_t{1} << 40, u""},
+      {u"TLabel", u"Tag", Int(std::int64_t{1} << 40), std::int64_t{1} << 40, u""},
       // The system colour COLOR_BTNFACE (15), as the framework stores it.
-      {u"TLabel", u"Color", [](TWriter& w) { w.WriteIdent(u"clBtnFace"); },
-       std::int32_t(0xFF00000Fu), u"clBtnFace"},
-      {u"TPanel", u"Color", [](TWriter& w) { w.WriteInteger(0x123456); }, 0x123456, u""},
+      {u"TLabel", u"Color", Ident(u"clBtnFace"), std::int32_t(0xFF00000Fu), u"clBtnFace"},
+      {u"TPanel", u"Color", Int(0x123456), 0x123456, u""},
   };
   Body children = Picture("TBitmap", {3, 0, 0, 0, 'B', 'M', 'x', 'y', 'z'});
   for (auto it = std::rbegin(values); it != std::rend(values); ++it)
     children = Both(With(it->cls, u"", it->property, it->value), children);
-  const ui::TComponentTree tree = Read(FormBytes(children, [](TWriter& w) {
-    w.WriteStr(u"BorderStyle");
-    w.WriteIdent(u"bsSizeable");
-  }));
+  const ui::TComponentTree tree =
+      Read(FormBytes(children, Both([](TWriter& w) { w.WriteStr(u"BorderStyle"); }, Ident(u"bsSizeable"))));
   ASSERT_EQ(tree.Children.size(), std::size(values) + 1);
   for (std::size_t i = 0; i < std::size(values); ++i) {
+    SCOPED_TRACE(rtl::Utf16ToUtf8(values[i].property));
     const ui::TPropertyValue& v = tree.Children[i].Properties.at(0);
-    EXPECT_EQ(v.Integer, values[i].integer) << rtl::Utf16ToUtf8(values[i].property);
-    EXPECT_EQ(v.Text, values[i].text) << rtl::Utf16ToUtf8(values[i].property);
+    EXPECT_EQ(v.Integer, values[i].integer);
+    EXPECT_EQ(v.Text, values[i].text);
   }
   EXPECT_EQ(tree.Children[0].Properties[0].Info->Name, u"Align");
   const ui::TPropertyValue& border = tree.Root.Properties.at(0);

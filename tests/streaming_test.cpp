@@ -1,8 +1,8 @@
-// The pure parts of streaming: Base64 lines, the loaders' blank-text rule, the binary
-// component format's values, and the printer block's range.
+// Base64 lines, the loaders' blank-text rule, the binary component format, the printer block.
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "rtl/filer.h"
@@ -19,7 +19,7 @@ std::vector<std::uint8_t> Counting(std::size_t n) {
   return v;
 }
 
-TEST(StreamingBase64, LinesOf76JoinedByCrLf) {
+TEST(StreamingBase64, LinesOf76JoinedByCrLfAndBack) {
   EXPECT_EQ(rtl::Base64Encode({'M', 'a', 'n'}), u"TWFu");
   EXPECT_EQ(rtl::Base64Encode({'M', 'a'}), u"TWE=");
   EXPECT_EQ(rtl::Base64Encode({'M'}), u"TQ==");
@@ -29,9 +29,7 @@ TEST(StreamingBase64, LinesOf76JoinedByCrLf) {
   EXPECT_EQ(two.substr(76, 2), u"\r\n");
   for (const std::size_t n : {0u, 1u, 2u, 3u, 56u, 57u, 58u, 114u, 1000u})
     EXPECT_EQ(rtl::Base64Decode(rtl::Base64Encode(Counting(n))), Counting(n)) << n;
-}
-
-TEST(StreamingBase64, DecodingSkipsLineBreaksAndRefusesTheRest) {
+  // Decoding skips white space and line breaks and refuses the rest.
   EXPECT_EQ(rtl::Base64Decode(u" TW\r\nFu\nTQ== "), (std::vector<std::uint8_t>{'M', 'a', 'n', 'M'}));
   EXPECT_EQ(rtl::Base64Decode(u"TWE"), (std::vector<std::uint8_t>{'M', 'a'})) << "padding optional";
   for (const char16_t* bad : {u"TW?u", u"T", u"TQ=x", u"TQ===", u"=TQ", u"TWFuä"})
@@ -63,10 +61,7 @@ TEST(StreamingBase64, StreamsInAndOut) {
 TEST(StreamingFiler, ValuesTakeTheirSmallestForm) {
   const std::int64_t integers[] = {-128, 300, -70000, std::int64_t{1} << 40};
   // UTF-8 of "äöü" (6 bytes) is no shorter than its UTF-16 (6): UTF-16.
-  const struct {
-    std::u16string text;
-    rtl::TValueType form;
-  } strings[] = {{u"abc", rtl::vaString}, {u"äöü", rtl::vaWString},
+  const struct { std::u16string text; rtl::TValueType form; } strings[] = {{u"abc", rtl::vaString}, {u"äöü", rtl::vaWString},
                  {std::u16string(300, u'x'), rtl::vaLString}};
   rtl::TMemoryStream s;
   rtl::TWriter w(s);
@@ -116,9 +111,7 @@ TEST(StreamingFiler, Refusing) {
 
 TEST(StreamingPrinter, TheBlockIsReadFromTwiceItsFixedPart) {
   const TPrinterInfoRange r = PrinterInfoRange(1000);
-  EXPECT_EQ(r.Offset, 272u);
-  EXPECT_EQ(r.Count, 864u);
-  EXPECT_EQ(r.Reserve, 1136u);
+  EXPECT_EQ(std::make_tuple(r.Offset, r.Count, r.Reserve), std::make_tuple(272u, 864u, 1136u));
   EXPECT_EQ(PrinterInfoRange(100).Count, 0u);
 }
 

@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "rtl/ustring.h"
+
 using namespace Qm_tools;
 using rtl::TArchitecture;
 using rtl::TOSVersion;
@@ -38,72 +40,52 @@ TEST(SysInfoRuntimeRecord, NamesEachVersionAndDescribesItInOneLine) {
             u"Windows 10 (Version 10.0, Build 1, ARM 64-bit Edition)");
 }
 
-TEST(SysInfoOSName, EveryVersionOfBothLinesInBothSpellings) {
-  struct Case { TVersionQuery query; const char16_t* name; const char16_t* nameEx; } cases[] = {
-      {Query(1, 4, 0), u"Windows 95", u"Windows 95"},
-      {Query(1, 4, 10, 2222, u" A "), u"Windows 98SE", u"Windows 98SE"},
-      {Query(1, 4, 10, 1998, u"A"), u"Windows 98", u"Windows 98"},
-      {Query(1, 4, 10, 1998, u" B"), u"Windows 98", u"Windows 98"},
-      {Query(1, 4, 90), u"Windows ME", u"Windows ME"},
-      {Query(1, 4, 3), u"Unknown", u"Unknown"},
-      {Query(2, 4, 0), u"Windows NT", u"Windows NT"},
-      {Query(2, 5, 0), u"Windows 2000", u"Windows 2000"},
-      {Query(2, 5, 1), u"Windows XP", u"Windows XP"},
-      {Query(2, 5, 2), u"Windows XP", u"Windows XP"},
-      {Query(2, 6, 0), u"Windows Vista", u"Windows Vista"},
-      {Query(2, 6, 1), u"Windows Seven", u"Windows 7"},
-      {Query(2, 6, 2), u"Windows Eight", u"Windows 8"},
-      {Query(2, 6, 3), u"Windows Eight", u"Windows 8.1"},
-      {Query(2, 10, 0, 19045), u"Windows Ten", u"Windows 10"},
-      {Query(2, 6, 4), u"Unknown", u"Unknown:6.4"},
-      {Query(3, 10, 0), u"Unknown", u"Unknown"},
+TEST(SysInfoOSName, EveryVersionInBothSpellingsWithBuildAndServicePack) {
+  const TOSVersion first11 = TOSVersion::Of(10, 0, 22000, TArchitecture::arIntelX64);
+  const TOSVersion last10 = TOSVersion::Of(10, 0, 21999, TArchitecture::arIntelX64);
+  const TVersionQuery xp = Query(2, 5, 1, 2600, u"Service Pack 3");
+  struct Case {
+    TVersionQuery query;
+    TOSVersion os;
+    const char16_t* name;
+    const char16_t* nameEx;
+    bool build = false, servicePack = false, ok = true;
+  } cases[] = {
+      {Query(1, 4, 0), kWin11, u"Windows 95", u"Windows 95"},
+      {Query(1, 4, 10, 2222, u" A "), kWin11, u"Windows 98SE", u"Windows 98SE", true, true},
+      {Query(1, 4, 10, 1998, u"A"), kWin11, u"Windows 98", u"Windows 98"},
+      {Query(1, 4, 10, 1998, u" B"), kWin11, u"Windows 98", u"Windows 98"},
+      {Query(1, 4, 90), kWin11, u"Windows ME", u"Windows ME"},
+      {Query(1, 4, 3), kWin11, u"Unknown", u"Unknown"},
+      {Query(1, 5, 0), kWin11, u"Unknown", u"Unknown"},
+      {Query(2, 4, 0), kWin11, u"Windows NT", u"Windows NT"},
+      {Query(2, 5, 0), kWin11, u"Windows 2000", u"Windows 2000"},
+      {Query(2, 5, 2), kWin11, u"Windows XP", u"Windows XP"},
+      {Query(2, 6, 0), kWin11, u"Windows Vista", u"Windows Vista"},
+      {Query(2, 6, 1), kWin11, u"Windows Seven", u"Windows 7"},
+      {Query(2, 6, 2, 9200), kWin11, u"Windows Eight", u"Windows 8"},
+      {Query(2, 6, 3), kWin11, u"Windows Eight", u"Windows 8.1"},
+      {Query(2, 6, 4, 9841), kWin10, u"Unknown", u"Unknown:6.4, Build 9841", true},
+      {Query(3, 10, 0, 1), kWin11, u"Unknown", u"Unknown", true, true},
+      {xp, kWin10, u"Windows XP", u"Windows XP, Build 2600", true},
+      {xp, kWin10, u"Windows XP", u"Windows XP Service Pack 3", false, true},
+      {xp, kWin10, u"Windows XP", u"Windows XP, Build 2600 Service Pack 3", true, true},
+      // Windows 11 is decided by the run-time record's build, whose build is not appended.
+      {Query(2, 10, 0, 19045), kWin10, u"Windows Ten", u"Windows 10"},
+      {Query(2, 10, 0, 19045), kWin11, u"Windows 11", u"Windows 11, Build 19045 ", true, true},
+      {Query(2, 10, 0, 19045), first11, u"Windows 11", u"Windows 11"},
+      {Query(2, 10, 0, 22631), last10, u"Windows Ten", u"Windows 10"},
+      {Query(2, 10, 0, 19045, u"Service Pack 1"), kWin11, u"Unknown", u"Unknown", true, true,
+       false},
   };
   for (const Case& c : cases) {
     const TVersionQuery& q = c.query;
     SCOPED_TRACE(testing::Message() << "platform " << q.PlatformId << ", " << q.MajorVersion
-                                    << "." << q.MinorVersion);
-    EXPECT_EQ(OSNameOf(q, true, kWin10), c.name);
-    EXPECT_EQ(OSNameExOf(q, true, kWin10, false, false), c.nameEx);
-    // Only the NT line's 10.0 answers to the run-time record's build.
-    if (q.PlatformId != 2 || q.MajorVersion != 10) {
-      EXPECT_EQ(OSNameOf(q, true, kWin11), c.name);
-      EXPECT_EQ(OSNameExOf(q, true, kWin11, false, false), c.nameEx);
-    }
+                                    << "." << q.MinorVersion << ", build " << c.os.Build);
+    EXPECT_EQ(OSNameOf(q, c.ok, c.os), c.name);
+    EXPECT_EQ(OSNameExOf(q, c.ok, c.os, c.build, c.servicePack), c.nameEx);
   }
-}
-
-TEST(SysInfoOSName, WindowsElevenIsDecidedByTheRuntimeBuildNotTheQuery) {
-  const TVersionQuery query = Query(2, 10, 0, 19045);
-  EXPECT_EQ(OSNameOf(query, true, kWin11), u"Windows 11");
-  EXPECT_EQ(OSNameExOf(query, true, kWin11, false, false), u"Windows 11");
-  const TOSVersion firstBuild = TOSVersion::Of(10, 0, 22000, TArchitecture::arIntelX64);
-  EXPECT_EQ(OSNameOf(query, true, firstBuild), u"Windows 11");
-  const TOSVersion lastBuild = TOSVersion::Of(10, 0, 21999, TArchitecture::arIntelX64);
-  EXPECT_EQ(OSNameOf(Query(2, 10, 0, 22631), true, lastBuild), u"Windows Ten");
-  EXPECT_EQ(OSNameExOf(Query(2, 10, 0, 22631), true, lastBuild, false, false), u"Windows 10");
-  // A program told it runs on Windows 8 keeps hearing so, whatever the true build.
-  EXPECT_EQ(OSNameOf(Query(2, 6, 2, 9200), true, kWin11), u"Windows Eight");
-}
-
-TEST(SysInfoOSName, AFailedQueryIsUnknownWithoutSuffixes) {
-  const TVersionQuery query = Query(2, 10, 0, 19045, u"Service Pack 1");
-  EXPECT_EQ(OSNameOf(query, false, kWin11), u"Unknown");
-  EXPECT_EQ(OSNameExOf(query, false, kWin11, true, true), u"Unknown");
-  EXPECT_EQ(WindowsVersionOf(query, false), u"GetVersionEx() Error");
-}
-
-TEST(SysInfoOSNameEx, BuildAndServicePackAreAppendedOnTheNTLineOnly) {
-  const TVersionQuery xp = Query(2, 5, 1, 2600, u"Service Pack 3");
-  EXPECT_EQ(OSNameExOf(xp, true, kWin10, true, false), u"Windows XP, Build 2600");
-  EXPECT_EQ(OSNameExOf(xp, true, kWin10, false, true), u"Windows XP Service Pack 3");
-  EXPECT_EQ(OSNameExOf(xp, true, kWin10, true, true), u"Windows XP, Build 2600 Service Pack 3");
-  // The query's build is appended, even where the run-time record's decided the name.
-  EXPECT_EQ(OSNameExOf(Query(2, 10, 0, 19045), true, kWin11, true, true),
-            u"Windows 11, Build 19045 ");
-  EXPECT_EQ(OSNameExOf(Query(2, 6, 4, 9841), true, kWin10, true, false),
-            u"Unknown:6.4, Build 9841");
-  EXPECT_EQ(OSNameExOf(Query(1, 4, 10, 2222, u" A "), true, kWin10, true, true), u"Windows 98SE");
-  EXPECT_EQ(OSNameExOf(Query(3, 10, 0, 1), true, kWin10, true, true), u"Unknown");
+  EXPECT_EQ(WindowsVersionOf(Query(2, 10, 0, 19045), false), u"GetVersionEx() Error");
 }
 
 TEST(SysInfoOSNameEx2, ShortAndLongFormsFromTheRuntimeRecord) {
@@ -114,12 +96,13 @@ TEST(SysInfoOSNameEx2, ShortAndLongFormsFromTheRuntimeRecord) {
   EXPECT_EQ(OSNameEx2Of(kWin11, true), u"Windows 11 (Version 10.0, Build 22631, 64-bit Edition)");
 }
 
-TEST(SysInfoWindowsVersion, EveryRowWithMajorMinorAndTheLowWordOfTheBuild) {
-  struct Case { TVersionQuery query; const char16_t* text; } cases[] = {
+TEST(SysInfoWindowsVersion, EveryRowWithTheLowWordOfTheBuildAndTheSecondNinetyFive) {
+  struct Case { TVersionQuery query; const char16_t* text; bool osr2 = false; } cases[] = {
       {Query(1, 4, 10, 0x040A08AE), u"Windows 98 - Version 4.10.2222"},
       {Query(1, 4, 90, 0x045A0BB8), u"Windows 98 - Version 4.90.3000"},
       {Query(1, 4, 3, 0x04030001), u"Windows 98 - Version 4.03.1"},
-      {Query(1, 4, 0, 0x04000457), u"Windows 95 - Version 4.0 Build 1111"},
+      {Query(1, 4, 0, 0x04000457), u"Windows 95 - Version 4.0 Build 1111", true},
+      {Query(1, 4, 0, 0x040003E8), u"Windows 95 - Version 4.0 Build 1000"},
       {Query(1, 3, 10, 0), u"Windows 95 - Version 3.10 Build 0"},
       {Query(2, 4, 0, 1381), u"Windows NT Version 4.0. Build 1381"},
       {Query(2, 5, 0, 2195), u"Windows Version 5.0 Build 2195"},
@@ -135,18 +118,11 @@ TEST(SysInfoWindowsVersion, EveryRowWithMajorMinorAndTheLowWordOfTheBuild) {
       {Query(0, 4, 10, 0x10001), u"Windows Version 4.10 Build 1"},
       {Query(3, 10, 0, 22631), u"Windows Version 10.0 Build 22631"},
   };
-  for (const Case& c : cases)
-    EXPECT_EQ(WindowsVersionOf(c.query, true), c.text)
-        << "platform " << c.query.PlatformId << ", " << c.query.MajorVersion << "."
-        << c.query.MinorVersion;
-}
-
-TEST(SysInfoOSR2, OnlyAConsumerNinetyFiveWithALaterBuild) {
-  EXPECT_TRUE(IsWin95OSR2Of(Query(1, 4, 0, 0x04000457)));    // build 1111
-  EXPECT_FALSE(IsWin95OSR2Of(Query(1, 4, 0, 0x040003B6)));   // build 950
-  EXPECT_FALSE(IsWin95OSR2Of(Query(1, 4, 0, 0x040003E8)));   // build 1000
-  EXPECT_FALSE(IsWin95OSR2Of(Query(1, 4, 10, 0x040A08AE)));  // 98
-  EXPECT_FALSE(IsWin95OSR2Of(Query(2, 4, 0, 1381)));         // NT 4
+  for (const Case& c : cases) {
+    SCOPED_TRACE(rtl::Utf16ToUtf8(c.text));
+    EXPECT_EQ(WindowsVersionOf(c.query, true), c.text);
+    EXPECT_EQ(IsWin95OSR2Of(c.query), c.osr2);
+  }
 }
 
 TEST(SysInfoTimer, TwoDecimalsOfMillisecondsWithTheGivenSeparator) {

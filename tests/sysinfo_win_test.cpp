@@ -20,16 +20,6 @@ using std::u16string;
 
 namespace {
 
-const wchar_t kPersonalize[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-const wchar_t kValue[] = L"AppsUseLightTheme";
-
-bool KeyExists(const wchar_t* path) {
-  HKEY raw = nullptr;
-  const bool found = RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &raw) == ERROR_SUCCESS;
-  const rtl::unique_hkey key(raw);
-  return found;
-}
-
 // A top-level window of class `cls` at the given place. Without a window manager Wine takes
 // two seconds to take a visible window down, so only the keyboard's is shown.
 rtl::unique_hwnd MakeWindow(const wchar_t* cls, int left, int top, int width, int height,
@@ -68,39 +58,29 @@ TEST(SysInfoWinSystem, TheRunningSystemIsNamedAndDescribed) {
 }
 
 TEST(SysInfoWinSystem, DarkModeFollowsTheUsersLightThemeValue) {
-  const wchar_t* themes = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes";
-  const bool hadThemes = KeyExists(themes), hadKey = KeyExists(kPersonalize);
-  HKEY raw = nullptr;
-  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, kPersonalize, 0, nullptr, 0, KEY_ALL_ACCESS,
-                            nullptr, &raw, nullptr),
-            ERROR_SUCCESS);
-  const rtl::unique_hkey key(raw);
+  const std::u16string themes = u"Software\\Microsoft\\Windows\\CurrentVersion\\Themes";
+  const std::u16string personalize = themes + u"\\Personalize";
+  const wchar_t* value = L"AppsUseLightTheme";
+  rtl::TRegistry reg;
+  const bool hadThemes = reg.KeyExists(themes), hadKey = reg.KeyExists(personalize);
+  ASSERT_TRUE(reg.OpenKey(personalize, true));
+  const HKEY key = reg.CurrentKey();
   // The value as it was, put back at the end.
   BYTE old[64];
   DWORD oldType = 0, oldSize = sizeof old;
-  const bool hadValue = RegQueryValueExW(key.get(), kValue, nullptr, &oldType, old,
-                                         &oldSize) == ERROR_SUCCESS;
-  const auto set = [&](DWORD type, const void* data, DWORD size) {
-    RegSetValueExW(key.get(), kValue, 0, type, static_cast<const BYTE*>(data), size);
-  };
+  const bool hadValue = RegQueryValueExW(key, value, nullptr, &oldType, old, &oldSize) == 0;
   const DWORD zero = 0, one = 1;
-  const struct {
-    DWORD type;
-    const void* data;
-    bool dark;
-  } cases[] = {{REG_DWORD, &zero, true}, {REG_DWORD, &one, false}, {REG_SZ, L"0", false}};
+  const struct { DWORD type; const void* data; bool dark; } cases[] = {
+      {REG_DWORD, &zero, true}, {REG_DWORD, &one, false}, {REG_SZ, L"0", false}};
   for (const auto& c : cases) {
-    set(c.type, c.data, 4);
+    RegSetValueExW(key, value, 0, c.type, static_cast<const BYTE*>(c.data), 4);
     EXPECT_EQ(DarkModeIsEnabled(), c.dark) << c.type << " (only a DWORD counts)";
   }
-  RegDeleteValueW(key.get(), kValue);
+  RegDeleteValueW(key, value);
   EXPECT_FALSE(DarkModeIsEnabled());
-
-  if (hadValue) set(oldType, old, oldSize);
-  if (!hadThemes)
-    RegDeleteTreeW(HKEY_CURRENT_USER, themes);
-  else if (!hadKey)
-    RegDeleteKeyW(HKEY_CURRENT_USER, kPersonalize);
+  if (hadValue) RegSetValueExW(key, value, 0, oldType, old, oldSize);
+  reg.CloseKey();
+  if (!hadThemes || !hadKey) reg.DeleteKey(hadThemes ? personalize : themes);
 }
 
 TEST(SysInfoWinSystem, Bit32OnReadsSystemIniInAnyCase) {
@@ -149,15 +129,26 @@ TEST(SysInfoWinScreen, TaskbarAndTouchKeyboardAreFoundByTheirWindowClasses) {
   (void)keyboard.release();
 }
 
-TEST(SysInfoWinWait, WaitForEndsWhenAHandlerSetsTheFlagOrTheTimeIsOut) {
+TEST(SysInfoWinWait, WaitForEndsOnTheFlagOrTheTimeAndDelayHandlesMessagesOnlyWhenAsked) {
   ui::TTimer timer(nullptr);
-  timer.SetInterval(50);
+  timer.SetInterval(20);
   bool done = false;
-  timer.OnTimer = [&](rtl::TObject*) { done = true; };
+  int ticks = 0;
+  timer.OnTimer = [&](rtl::TObject*) { done = true; ++ticks; };
   DWORD start = GetTickCount();
   qm_WaitFor(5000, done);
   EXPECT_TRUE(done);
   EXPECT_LT(GetTickCount() - start, 2000u);
+
+  ticks = 0;
+  start = GetTickCount();
+  qm_Delay(0, false);
+  EXPECT_NE(GetTickCount(), start) << "the tick count has moved on";
+  qm_Delay(100, false);
+  EXPECT_GT(GetTickCount() - start, 100u);
+  EXPECT_EQ(ticks, 0);
+  qm_Delay(100, true);
+  EXPECT_GT(ticks, 0);
 
   timer.SetEnabled(false);
   done = false;
@@ -167,42 +158,20 @@ TEST(SysInfoWinWait, WaitForEndsWhenAHandlerSetsTheFlagOrTheTimeIsOut) {
   EXPECT_LT(GetTickCount() - start, 2000u);
 }
 
-TEST(SysInfoWinWait, DelayHandlesMessagesOnlyWhenAsked) {
-  ui::TTimer timer(nullptr);
-  timer.SetInterval(20);
-  int ticks = 0;
-  timer.OnTimer = [&](rtl::TObject*) { ++ticks; };
-  const DWORD start = GetTickCount();
-  qm_Delay(0, false);
-  EXPECT_NE(GetTickCount(), start) << "the tick count has moved on";
-  qm_Delay(100, false);
-  EXPECT_GT(GetTickCount() - start, 100u);
-  EXPECT_EQ(ticks, 0);
-  qm_Delay(100, true);
-  EXPECT_GT(ticks, 0);
-}
-
 TEST(SysInfoWinTimer, StopwatchTextIsMillisecondsAndShownWhenAsked) {
-  // Written with the process-wide decimal separator.
   const char16_t separator = rtl::FormatSettings.DecimalSeparator;
   rtl::FormatSettings.DecimalSeparator = u',';
+  nox_test::ShownMessages messages;
   TestTimerStart();
   Sleep(20);
-  u16string quiet, text;
-  {
-    nox_test::ShownMessages messages;
-    quiet = TestTimerStop(false);
-    EXPECT_TRUE(messages.shown.empty());
-    text = TestTimerStop(true);
-    EXPECT_EQ(messages.shown, std::vector{text});
-  }
-  // "20,13 ms": two decimals.
-  ASSERT_GT(quiet.size(), 6u);
-  EXPECT_EQ(quiet.substr(quiet.size() - 3), u" ms");
-  EXPECT_EQ(quiet[quiet.size() - 6], u',') << rtl::Utf16ToUtf8(quiet);
-  EXPECT_GE(rtl::StrToIntDef(quiet.substr(0, quiet.size() - 6), -1), 15);
+  const u16string quiet = TestTimerStop(false);
+  EXPECT_EQ(quiet, TimerTextOf(iTimerStart, iTimerStop, iTimerFreq, u','));
+  EXPECT_GE(rtl::StrToIntDef(quiet.substr(0, quiet.find(u',')), -1), 15) << rtl::Utf16ToUtf8(quiet);
+  EXPECT_TRUE(messages.shown.empty());
+  const u16string text = TestTimerStop(true);
+  EXPECT_EQ(messages.shown, std::vector{text});
   const std::int64_t stop = iTimerStop;
-  EXPECT_EQ(TestTimerGetTime().substr(quiet.size() - 3), u" ms");
+  EXPECT_TRUE(TestTimerGetTime().ends_with(u" ms"));
   EXPECT_EQ(iTimerStop, stop) << "GetTime stores no stop count";
   rtl::FormatSettings.DecimalSeparator = separator;
 }

@@ -1,5 +1,5 @@
 // The control model with real windows and messages: layout after resizes, timers,
-// ownership, clicks, messages to overriding frames, application events and painting.
+// ownership, clicks, overriding frames, application events, painting, scrolling, modal forms.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -18,10 +18,6 @@ namespace {
 
 using namespace ui;
 
-void PumpFor(DWORD ms) {
-  PumpUntil([] { return false; }, ms);
-}
-
 // Where the system has the window, in its parent's client coordinates.
 TRect WindowRect(HWND window) {
   RECT r;
@@ -30,9 +26,8 @@ TRect WindowRect(HWND window) {
   return {r.left, r.top, r.right, r.bottom};
 }
 
-// A form on the screen, shown without a caption and without activating it: Wine hands
-// such windows to the window manager, and under Xvfb, where there is none, it waits two
-// seconds for one whenever they are hidden or destroyed.
+// A form shown without a caption and without activating it: otherwise Wine under Xvfb waits
+// two seconds for a window manager whenever the form is hidden or destroyed.
 std::unique_ptr<TForm> ShownForm(int clientWidth, int clientHeight) {
   auto form = std::make_unique<TForm>(nullptr);
   form->BorderStyle = bsNone;
@@ -44,42 +39,32 @@ std::unique_ptr<TForm> ShownForm(int clientWidth, int clientHeight) {
 }
 
 template <typename T>
-T* Make(TComponent* owner, TWinControl* parent) {
+T* Make(TComponent* owner, TWinControl* parent, TAlign align = alNone) {
   T* control = new T(owner);
   control->SetParent(parent);
+  if (align != alNone) control->SetAlign(align);
   return control;
 }
 
 // A control that counts its destruction.
 template <typename T>
-class Counted : public T {
- public:
-  Counted(TComponent* owner, int& freed) : T(owner), freed_(freed) {}
-  ~Counted() override { ++freed_; }
-
- private:
-  int& freed_;
+struct Counted : T {
+  Counted(TComponent* owner, int& freed) : T(owner), freed(freed) {}
+  ~Counted() override { ++freed; }
+  int& freed;
 };
 
 TEST(UiLayout, AlignedChildWindowsFollowTheirParentsSize) {
   auto form = ShownForm(400, 300);
-  auto* frame = Make<TFrame>(form.get(), form.get());
-  frame->SetAlign(alClient);
-  auto* top = Make<TPanel>(form.get(), frame);  // raised bevel of 1
-  top->SetAlign(alTop);
+  auto* frame = Make<TFrame>(form.get(), form.get(), alClient);
+  auto* top = Make<TPanel>(form.get(), frame, alTop);  // raised bevel of 1
   top->SetHeight(28);
-  auto* inTop = Make<TPanel>(form.get(), top);
-  inTop->SetAlign(alClient);
-  auto* left = Make<TPanel>(form.get(), frame);
-  left->SetAlign(alLeft);
+  auto* inTop = Make<TPanel>(form.get(), top, alClient);
+  auto* left = Make<TPanel>(form.get(), frame, alLeft);
   left->SetWidth(97);
-  auto* rest = Make<TPanel>(form.get(), frame);
-  rest->SetAlign(alClient);
+  auto* rest = Make<TPanel>(form.get(), frame, alClient);
   int resizes = 0;
-  frame->OnResize = [&](TObject* sender) {
-    EXPECT_EQ(sender, frame);
-    ++resizes;
-  };
+  frame->OnResize = [&](TObject* sender) { EXPECT_EQ(sender, frame); ++resizes; };
 
   struct Case {
     int width, height, resizes;
@@ -119,12 +104,12 @@ TEST(UiTimer, FiresOncePerEnablingWhenItsHandlerTurnsItOff) {
     ++ticks;
     timer.SetEnabled(false);
   };
-  PumpFor(100);
+  Pause(100);
   EXPECT_EQ(ticks, 0) << "a disabled timer never fires";
   for (int round = 1; round <= 2; ++round) {
     timer.SetEnabled(true);
     EXPECT_TRUE(PumpUntil([&] { return ticks == round; }, 2000));
-    PumpFor(100);  // five more intervals: nothing more comes
+    Pause(100);  // five more intervals: nothing more comes
     EXPECT_EQ(ticks, round);
   }
 }
@@ -154,24 +139,20 @@ TEST(UiSpeedButton, AClickOnTheButtonReachesOnClick) {
   button->SetBounds(0, 0, 97, 26);
   button->SetCaption(u"Show PlugIn");
   int clicks = 0;
-  button->OnClick = [&](TObject* sender) {
-    EXPECT_EQ(sender, button);
-    ++clicks;
-  };
+  button->OnClick = [&](TObject* sender) { EXPECT_EQ(sender, button); ++clicks; };
   wchar_t text[32] = {};
   GetWindowTextW(button->Handle(), text, 32);
   EXPECT_EQ(std::wstring(text), L"Show PlugIn");
   SendMessageW(button->Handle(), BM_CLICK, 0, 0);
-  PumpFor(20);
+  Pause(20);
   EXPECT_EQ(clicks, 1) << "BM_CLICK";
-  PostMessageW(button->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
-  PostMessageW(button->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(10, 10));
-  PumpFor(20);
-  EXPECT_EQ(clicks, 2) << "mouse press and release";
-  PostMessageW(button->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
-  PostMessageW(button->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(200, 10));
-  PumpFor(20);
-  EXPECT_EQ(clicks, 2) << "released outside the button";
+  // Pressed and released by the mouse: a click only when released over the button.
+  for (const auto& [releaseX, total] : {std::pair{10, 2}, {200, 2}}) {
+    PostMessageW(button->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
+    PostMessageW(button->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(releaseX, 10));
+    Pause(20);
+    EXPECT_EQ(clicks, total) << "released at " << releaseX;
+  }
 }
 
 // A frame that takes WM_COPYDATA itself, as a view receiving requests does, and records the
@@ -192,7 +173,7 @@ class OverridingFrame : public TFrame {
   }
 };
 
-TEST(UiFrame, AnOverridingWndProcReceivesCopyDataAndLeavesTheRest) {
+TEST(UiFrame, AnOverridingWndProcGetsItsMessagesAfterTheApplicationEvents) {
   auto form = ShownForm(300, 200);
   auto* frame = Make<OverridingFrame>(form.get(), form.get());
   int resizes = 0;
@@ -204,12 +185,9 @@ TEST(UiFrame, AnOverridingWndProcReceivesCopyDataAndLeavesTheRest) {
             10023);
   EXPECT_EQ(frame->received, path);
   frame->SetWidth(150);
-  EXPECT_EQ(resizes, 1);
-}
+  EXPECT_EQ(resizes, 1) << "the rest goes on to the frame";
 
-TEST(UiApplicationEvents, OnMessageSeesQueuedMessagesOfAnyLoopAndMaySwallowThem) {
-  auto form = ShownForm(100, 100);
-  auto* frame = Make<OverridingFrame>(form.get(), form.get());
+  // Application events see the queued messages of any loop and may swallow them.
   std::string seenFirst, seenLast;
   auto* first = new TApplicationEvents(form.get());
   first->OnMessage = [&](MSG& msg, bool&) {
@@ -247,19 +225,20 @@ TEST(UiApplicationEvents, OnMessageSeesQueuedMessagesOfAnyLoopAndMaySwallowThem)
 
 TEST(UiPaint, ControlsShowTheirColourThePickedBackgroundAndTheirPicture) {
   auto form = ShownForm(300, 200);
-  auto* frame = Make<TFrame>(form.get(), form.get());
-  frame->SetAlign(alClient);
+  auto* frame = Make<TFrame>(form.get(), form.get(), alClient);
   frame->Color = clWindow;
   frame->ParentColor = false;
   frame->ParentBackground = false;
-  auto* own = Make<TPanel>(form.get(), frame);
-  own->SetBounds(0, 0, 100, 100);
-  own->BevelOuter = bvNone;
+  auto panel = [&](int left) {
+    auto* p = Make<TPanel>(form.get(), frame);
+    p->SetBounds(left, 0, 100, 100);
+    p->BevelOuter = bvNone;
+    return p;
+  };
+  auto* own = panel(0);
   own->Color = clRed;
   own->ParentBackground = false;
-  auto* through = Make<TPanel>(form.get(), frame);  // its clBtnFace does not show
-  through->SetBounds(100, 0, 100, 100);
-  through->BevelOuter = bvNone;
+  auto* through = panel(100);  // its clBtnFace does not show
   auto* image = Make<TImage>(form.get(), own);
   image->SetBounds(10, 10, 49, 49);
   image->Stretch = true;
@@ -271,20 +250,19 @@ TEST(UiPaint, ControlsShowTheirColourThePickedBackgroundAndTheirPicture) {
   RedrawWindow(form->Handle(), nullptr, nullptr,
                RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 
-  struct Case {
+  const struct {
     const char* what;
     TWinControl* control;
     int x, y;
     TColor expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"own colour", own, 95, 5, clRed},
       {"parent's background", through, 50, 50, ColorToRGB(clWindow)},
       {"stretched picture, left half", own, 15, 30, clBlue},
       {"stretched picture, right edge", own, 58, 30, clLime},
       {"invisible picture", own, 70, 70, clRed},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     HDC dc = GetDC(c.control->Handle());
     EXPECT_EQ(GetPixel(dc, c.x, c.y), static_cast<COLORREF>(c.expected)) << c.what;
     ReleaseDC(c.control->Handle(), dc);
@@ -316,9 +294,8 @@ TEST(UiLabel, AutoSizeFollowsTheTextWrappedOrNot) {
 
 TEST(UiScrollBox, ScrollsItsChildrenWithinTheirExtent) {
   auto form = ShownForm(200, 100);
-  auto* box = Make<TScrollBox>(form.get(), form.get());
+  auto* box = Make<TScrollBox>(form.get(), form.get(), alClient);
   box->BorderStyle = bsNone;
-  box->SetAlign(alClient);
   auto* child = new TPanel(form.get());
   child->Margins.Bottom = 20;
   child->SetParent(box);
@@ -344,8 +321,7 @@ TEST(UiForm, ModalFormSeesItsControlsKeysAndEndsWithItsResult) {
   form->BorderStyle = bsNone;
   form->Position = poScreenCenter;
   form->KeyPreview = true;
-  auto* panel = Make<TPanel>(form.get(), form.get());
-  panel->SetAlign(alClient);
+  auto* panel = Make<TPanel>(form.get(), form.get(), alClient);
   std::string keys;
   int shown = 0;
   form->OnShow = [&](TObject*) { ++shown; };
@@ -359,8 +335,7 @@ TEST(UiForm, ModalFormSeesItsControlsKeysAndEndsWithItsResult) {
   panel->OnClick = [&](TObject*) { form->ModalResult = 42; };
   UINT_PTR timer = SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR id, DWORD) {
     KillTimer(nullptr, id);
-    HWND active = GetActiveWindow();
-    HWND panelWindow = GetWindow(active, GW_CHILD);
+    HWND panelWindow = GetWindow(GetActiveWindow(), GW_CHILD);
     SendMessageW(panelWindow, WM_KEYDOWN, 'A', 0);
     SendMessageW(panelWindow, WM_KEYDOWN, VK_ESCAPE, 0);
     PostMessageW(panelWindow, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
@@ -373,12 +348,8 @@ TEST(UiForm, ModalFormSeesItsControlsKeysAndEndsWithItsResult) {
   EXPECT_FALSE(form->Visible());
   EXPECT_FALSE(IsWindowVisible(form->Handle()));
   form->ModalResult = 0;
-  EXPECT_THROW(
-      {
-        form->Show();
-        form->ShowModal();
-      },
-      EInvalidOperation);
+  form->Show();
+  EXPECT_THROW(form->ShowModal(), EInvalidOperation);
 }
 
 }  // namespace

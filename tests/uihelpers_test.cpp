@@ -1,5 +1,4 @@
-// The interface helpers' rules: text by measured width, colours, rectangles, pictures, header
-// sections, list lines and menu points. Lists, grids and headers are tested on real windows.
+// The interface helpers' rules; lists, grids and headers are tested on real windows.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -49,9 +48,8 @@ TEST(UiHelpersText, TextTooWideIsCutUntilItFitsWithDotsAndTwoPixelsToSpare) {
       {u"abcdefghijkl", 51, u"abcdef..."},     // 50 would fit but for the spare pixels
       {u"abcdefghijkl", 30, u"ab..."},
       {u"abcdefghijkl", 16, u"..."},           // nothing fits
-      {u"", 50, u""},                          {u"", 0, u""},
-      {u"abcdefghijkl", INT_MAX, u"abcdefghijkl"},
-      // Not even "..." fits: the text is used up, and the dots are what is left.
+      {u"", 0, u""},                           {u"abcdefghijkl", INT_MAX, u"abcdefghijkl"},
+      // Not even "..." fits: the dots are what is left.
       {u"", -1, u"..."},     {u"a", -1, u"..."},
       {u"", INT_MIN, u"..."}, {u"abc", INT_MIN + 1, u"..."},
   };
@@ -115,11 +113,6 @@ TEST(UiHelpersColor, SelectionColourFollowsTheSystemDescription) {
   curOS = saved;
 }
 
-TEST(UiHelpersGeometry, RectanglesShrinkOrGrowOnAllSides) {
-  EXPECT_EQ(DecRect({10, 20, 110, 70}, 3), (TRect{13, 23, 107, 67}));
-  EXPECT_EQ(DecRect({10, 20, 110, 70}, -2), (TRect{8, 18, 112, 72}));
-}
-
 TEST(UiHelpersGeometry, PicturesFitTheirContainerWithTheAspectRatioKept) {
   struct Case {
     double cw, ch, w, h, fitW, fitH;
@@ -136,8 +129,7 @@ TEST(UiHelpersGeometry, PicturesFitTheirContainerWithTheAspectRatioKept) {
     FitPictureToContainer(c.cw, c.ch, w, h);
     EXPECT_EQ(std::pair(w, h), std::pair(c.fitW, c.fitH)) << c.w << "x" << c.h;
   }
-  // The integer form has no zero test: a zero container makes the picture nothing, and a
-  // zero picture, or a quotient beyond the integers, keeps its side.
+  // Integers: a zero container makes nothing; a zero picture or a huge quotient keeps its side.
   struct IntCase {
     int cw, ch, w, h, fitW, fitH;
   } const ints[] = {
@@ -187,7 +179,9 @@ TEST(UiHelpersGeometry, ListLinesAreFoundOnlyInsideTheClientArea) {
   EXPECT_EQ(ListItemAtPoint({0, 0}, -5, -5, 0, 16, 50), -1);
 }
 
-TEST(UiHelpersGeometry, MenusOpenOnePixelAboveOrBelowTheControl) {
+TEST(UiHelpersGeometry, RectanglesShrinkAndMenusOpenOnePixelAboveOrBelowTheControl) {
+  EXPECT_EQ(DecRect({10, 20, 110, 70}, 3), (TRect{13, 23, 107, 67}));
+  EXPECT_EQ(DecRect({10, 20, 110, 70}, -2), (TRect{8, 18, 112, 72}));
   EXPECT_EQ(PopupPoint(10, 50, 20, 0), (TPoint{10, 71}));
   EXPECT_EQ(PopupPoint(10, 50, 20, 1), (TPoint{10, 49}));
   EXPECT_EQ(PopupPoint(10, 50, 20, -7), (TPoint{10, 49}));

@@ -1,5 +1,4 @@
-// The interface helpers on real windows, under Wine: lists, grids, headers, captions, menus
-// placed under controls, text measured in real fonts, icons and the controls under the mouse.
+// The interface helpers on real windows, under Wine.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -48,38 +47,10 @@ std::u16string WindowText(HWND window) {
   return reinterpret_cast<const char16_t*>(text);
 }
 
-TEST(UiHelpersWin, ListBoxStateFollowsTheWindowsSelectionAndLinesAreHitByPoint) {
-  auto form = ShownForm();
-  auto* list = Child<TListBox>(*form, u"ListBox1", {10, 10, 150, 200});
-  auto* checks = Child<TCheckListBox>(*form, u"CheckListBox1", {200, 10, 350, 200});
-  EXPECT_TRUE(NoItemsAndNoSelection(*list));
-  EXPECT_FALSE(IsListBoxValid(*list));
-  for (const char16_t* line : {u"eins", u"zwei", u"drei"}) {
-    list->Items().Add(line);
-    checks->Items().Add(line);
-  }
-  EXPECT_TRUE(NoItemsAndNoSelection(*list)) << "lines but no selection";
-  SendMessageW(list->Handle(), LB_SETCURSEL, 2, 0);
-  EXPECT_TRUE(IsListBoxValid(*list));
-  EXPECT_FALSE(NoItemsAndNoSelection(*list));
-  SendMessageW(list->Handle(), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
-  EXPECT_FALSE(IsListBoxValid(*list));
-
-  for (TListBox* box : {list, static_cast<TListBox*>(checks)}) {
-    RECT last{};
-    SendMessageW(box->Handle(), LB_GETITEMRECT, 2, reinterpret_cast<LPARAM>(&last));
-    const int x = (last.left + last.right) / 2, y = last.bottom + (last.bottom - last.top);
-    EXPECT_EQ(box == list ? FindLbIdx(*list, x, y) : FindcLbIdx(*checks, x, y), -1)
-        << "below the last line";
-  }
-  // The check list box's lines carry their marks; a click in the box toggles one.
-  RECT first{};
-  SendMessageW(checks->Handle(), LB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
-  SendMessageW(checks->Handle(), WM_LBUTTONDOWN, MK_LBUTTON,
-               MAKELPARAM(first.left + 3, first.top + 3));
-  SendMessageW(checks->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(first.left + 3, first.top + 3));
-  EXPECT_TRUE(checks->Checked(0));
-  EXPECT_FALSE(checks->Checked(1));
+RECT LineRect(HWND list, int line) {
+  RECT r{};
+  SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(&r));
+  return r;
 }
 
 // Counts what a list window receives while it is hooked.
@@ -90,15 +61,34 @@ LRESULT CALLBACK CountListMessages(HWND window, UINT msg, WPARAM wParam, LPARAM 
   return CallWindowProcW(listProc, window, msg, wParam, lParam);
 }
 
-TEST(UiHelpersWin, LinesScrolledOutOfViewAreNotFoundAndFindingDoesNotWalkTheList) {
+TEST(UiHelpersWin, ListLinesAreFoundWhereTheyShowAndFindingDoesNotWalkTheList) {
   auto form = ShownForm();
-  // 96 pixels high inside the sunken border.
   auto* list = Child<TListBox>(*form, u"ListBox1", {10, 10, 150, 110});
   auto* checks = Child<TCheckListBox>(*form, u"CheckListBox1", {200, 10, 340, 110});
-  for (int i = 0; i < 50; ++i) {
-    list->Items().Add(u"Zeile");
-    checks->Items().Add(u"Zeile");
+  const auto add = [&](int lines) {
+    for (int i = 0; i < lines; ++i) {
+      list->Items().Add(u"Zeile");
+      checks->Items().Add(u"Zeile");
+    }
+  };
+  const auto state = [&] { return std::pair(IsListBoxValid(*list), NoItemsAndNoSelection(*list)); };
+  EXPECT_EQ(state(), std::pair(false, true));
+  add(3);
+  EXPECT_EQ(state(), std::pair(false, true)) << "lines but no selection";
+  SendMessageW(list->Handle(), LB_SETCURSEL, 2, 0);
+  EXPECT_EQ(state(), std::pair(true, false));
+  for (TListBox* box : {list, static_cast<TListBox*>(checks)}) {
+    const RECT last = LineRect(box->Handle(), 2);
+    EXPECT_EQ(FindLbIdx(*box, last.left + 5, 2 * last.bottom - last.top), -1) << "below the last";
   }
+  // A click on a line of the check list box toggles its mark.
+  const RECT first = LineRect(checks->Handle(), 0);
+  const LPARAM at = MAKELPARAM(first.left + 3, first.top + 3);
+  SendMessageW(checks->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, at);
+  SendMessageW(checks->Handle(), WM_LBUTTONUP, 0, at);
+  EXPECT_EQ(std::pair(checks->Checked(0), checks->Checked(1)), std::pair(true, false));
+
+  add(47);
   for (TListBox* box : {list, static_cast<TListBox*>(checks)}) {
     const auto find = [&](int x, int y) {
       return box == list ? FindLbIdx(*list, x, y) : FindcLbIdx(*checks, x, y);
@@ -110,12 +100,10 @@ TEST(UiHelpersWin, LinesScrolledOutOfViewAreNotFoundAndFindingDoesNotWalkTheList
       SendMessageW(window, LB_SETTOPINDEX, static_cast<WPARAM>(scrolled), 0);
       const int top = static_cast<int>(SendMessageW(window, LB_GETTOPINDEX, 0, 0));
       SCOPED_TRACE(testing::Message() << "from line " << top);
-      // Each line that shows, at its top and in its middle; the list's own rectangles.
+      // Each line that shows, at its top, its bottom and in its middle.
       int shown = 0;
       for (int i = top; i < 50; ++i) {
-        RECT line{};
-        SendMessageW(window, LB_GETITEMRECT, static_cast<WPARAM>(i),
-                     reinterpret_cast<LPARAM>(&line));
+        const RECT line = LineRect(window, i);
         if (line.top >= client.bottom) break;
         EXPECT_EQ(find(5, line.top), i);
         if (line.bottom <= client.bottom) {
@@ -125,17 +113,14 @@ TEST(UiHelpersWin, LinesScrolledOutOfViewAreNotFoundAndFindingDoesNotWalkTheList
         ++shown;
       }
       EXPECT_GE(shown, 5);
-      // Outside the client area the lines scrolled away do not count.
-      const POINT outside[] = {{5, client.bottom},      {5, client.bottom + 20},
-                               {5, client.bottom + 60}, {5, -1},
-                               {client.right, 5},       {-1, 5},
-                               {5, 0x7FFFFFFF},         {-0x7FFFFFFF - 1, -0x7FFFFFFF - 1}};
+      // Outside the client area, where the lines scrolled away lie, nothing is found.
+      const POINT outside[] = {{5, client.bottom}, {5, client.bottom + 60}, {5, -1}, {-1, 5},
+                               {client.right, 5}, {5, 0x7FFFFFFF}, {-0x7FFFFFFF - 1, 5}};
       for (const POINT p : outside) EXPECT_EQ(find(p.x, p.y), -1) << p.x << ", " << p.y;
     }
   }
 
-  // Thousands of lines: a point far below the box, where no line lies even scrolled
-  // away, or one on its last line takes a few messages, not one a line.
+  // Thousands of lines: finding takes a few messages, not one a line.
   const HWND window = list->Handle();
   SendMessageW(window, WM_SETREDRAW, FALSE, 0);  // no painting and scrolling for each line
   for (int i = 0; i < 2000; ++i) list->Items().Add(u"Zeile");
@@ -160,11 +145,7 @@ TEST(UiHelpersWin, DeletingARowKeepsTheCurrentRowOrFallsBackToTheLast) {
   grid->SetColCount(2);
   grid->SetRowCount(5);
   for (int r = 0; r < 5; ++r) grid->SetCells(1, r, u"row " + std::u16string(1, char16_t(u'0' + r)));
-  // The user picks row 3 with the mouse.
-  SendMessageW(grid->Handle(), WM_LBUTTONDOWN, MK_LBUTTON,
-               MAKELPARAM(80, 3 * grid->DefaultRowHeight + 5));
-  SendMessageW(grid->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(80, 3 * grid->DefaultRowHeight + 5));
-  ASSERT_EQ(grid->Row(), 3);
+  grid->SetRow(3);
 
   DeleteRow(*grid, 1);
   EXPECT_EQ(grid->RowCount(), 4);
@@ -180,8 +161,6 @@ TEST(UiHelpersWin, HeaderSectionsStartAfterTheWidthsTheWindowHolds) {
   auto form = ShownForm();
   auto* header = Child<THeaderControl>(*form, u"HeaderControl1", {0, 0, 300, 20});
   for (const int width : {40, 55, 70}) header->Sections.Add().SetWidth(width);
-  EXPECT_EQ(GetSectionLeftPos(*header, 0), 0);
-  EXPECT_EQ(GetSectionLeftPos(*header, 2), 95);
   // A section the user dragged narrower: the window has the new width.
   HDITEMW item{};
   item.mask = HDI_WIDTH;
@@ -245,7 +224,16 @@ POINT MenuCornerFor(const std::function<void()>& popup) {
   return {shownMenu.left, shownMenu.top};
 }
 
-TEST(UiHelpersWin, PopupMenusOpenAtTheControlsLeftEdgeOnePixelBelowOrAbove) {
+std::vector<std::pair<WPARAM, LPARAM>> sysMenuCalls;
+LRESULT CALLBACK RecordSysMenu(HWND window, UINT msg, WPARAM wParam, LPARAM lParam) {
+  if (msg == 0x0313) {
+    sysMenuCalls.emplace_back(wParam, lParam);
+    return 0;
+  }
+  return DefWindowProcW(window, msg, wParam, lParam);
+}
+
+TEST(UiHelpersWin, MenusOpenAtTheControlsLeftEdgeOnePixelBelowOrAbove) {
   auto form = ShownForm();  // client area at (100, 100) on the screen
   auto* panel = Child<TPanel>(*form, u"Panel1", {50, 100, 250, 130});
   TPopupMenu menu(form.get());
@@ -262,18 +250,8 @@ TEST(UiHelpersWin, PopupMenusOpenAtTheControlsLeftEdgeOnePixelBelowOrAbove) {
   EXPECT_EQ(at([&] { qm_ShowPopUp(*panel, menu, 0); }), std::make_pair(50L, 131L));
   EXPECT_EQ(at([&] { qm_ShowPopUp(*panel, menu, 1); }), std::make_pair(50L, 99L));
   EXPECT_EQ(at([&] { qm_ShowPopUpPanel(*panel, 120, menu, 0); }), std::make_pair(120L, 131L));
-}
 
-std::vector<std::pair<WPARAM, LPARAM>> sysMenuCalls;
-LRESULT CALLBACK RecordSysMenu(HWND window, UINT msg, WPARAM wParam, LPARAM lParam) {
-  if (msg == 0x0313) {
-    sysMenuCalls.emplace_back(wParam, lParam);
-    return 0;
-  }
-  return DefWindowProcW(window, msg, wParam, lParam);
-}
-
-TEST(UiHelpersWin, TheSystemMenuMessageCarriesTheScreenPointBelowTheControl) {
+  // The system menu: one undocumented message to the window, with the screen point below.
   WNDCLASSW wc{};
   wc.lpfnWndProc = &RecordSysMenu;
   wc.hInstance = GetModuleHandleW(nullptr);
@@ -282,16 +260,11 @@ TEST(UiHelpersWin, TheSystemMenuMessageCarriesTheScreenPointBelowTheControl) {
   const HWND target = CreateWindowExW(0, wc.lpszClassName, L"", WS_POPUP, 0, 0, 10, 10, nullptr,
                                       nullptr, wc.hInstance, nullptr);
   ASSERT_NE(target, nullptr);
-  auto form = ShownForm();
-  auto* panel = Child<TPanel>(*form, u"Panel1", {30, 40, 130, 60});
-  POINT origin{0, 0};
-  ClientToScreen(form->Handle(), &origin);
-
   sysMenuCalls.clear();
   qm_ShowSysMenu(*panel, target);
   DestroyWindow(target);
   EXPECT_EQ(sysMenuCalls, (std::vector<std::pair<WPARAM, LPARAM>>{
-                              {0, MAKELPARAM(origin.x + 30, origin.y + 61)}}));
+                              {0, MAKELPARAM(origin.x + 50, origin.y + 131)}}));
 }
 
 TEST(UiHelpersWin, TextIsMeasuredInTheLabelsFontAndTheCanvassFont) {
@@ -341,7 +314,7 @@ RECT IconBox(bool large) {
 }
 
 TEST(UiHelpersWin, AFileTypesIconIsDrawnAtTheOffsetInTheAskedSize) {
-  // The file does not exist: its type is enough. Both start at (4 + 3, 6 + 2).
+  // The file need not exist. Both start at (4 + 3, 6 + 2).
   for (const bool large : {false, true}) {
     const RECT box = IconBox(large);
     const int size = large ? 32 : 16;
@@ -357,10 +330,7 @@ TEST(UiHelpersWin, TheControlsUnderTheMouseAreNamedInnermostFirst) {
   auto form = ShownForm();
   form->Name = u"MainForm";
   auto* panel = Child<TPanel>(*form, u"Panel1", {20, 20, 220, 120});
-  auto* label = new TLabel(form.get());
-  label->Name = u"Label1";
-  label->SetParent(panel);
-  label->SetBounds(10, 10, 80, 20);
+  Child<TLabel>(*form, u"Label1", {10, 10, 90, 30})->SetParent(panel);
   Application->ProcessMessages();
 
   POINT p{15, 15};

@@ -1,6 +1,5 @@
-// Small helpers the Win32 test sources share: paths of the build as Wine sees them, files
-// in the temporary folder, the messages the library shows, the popup menu on screen, other
-// programs (started, walked, timed, ended) and stand-ins for their windows.
+// Helpers the Win32 tests share: build paths, temporary files, shown messages, the popup
+// menu, other programs (started, walked, timed, ended) and stand-ins for their windows.
 #pragma once
 
 #include <windows.h>
@@ -29,10 +28,7 @@ inline std::u16string WinPath(std::string_view unixPath) {
 }
 
 // The same, wide, for command lines and the system's calls.
-inline std::wstring WidePath(std::string_view unixPath) {
-  const std::u16string path = WinPath(unixPath);
-  return std::wstring(path.begin(), path.end());
-}
+inline std::wstring WidePath(std::string_view unixPath) { return W(WinPath(unixPath)); }
 
 // With its final backslash.
 inline std::u16string TempFolder() {
@@ -62,8 +58,7 @@ inline std::string ReadBytes(const std::u16string& name) {
   return text;
 }
 
-// Collects what the library shows while it lives, answering OK, then puts the previous
-// presenter back.
+// Collects what the library shows while it lives, answering OK.
 class ShownMessages {
  public:
   ShownMessages()
@@ -166,26 +161,19 @@ inline ULONGLONG StartedAt(DWORD id) {
   return Milliseconds(created);
 }
 
-// Whether `ancestor` is on the parent chain of `wnd`. Unlike IsChild, which wants WS_CHILD
-// all the way up, this also sees a top-level window that was re-parented as it was.
+// Whether `ancestor` is on the parent chain of `wnd`, WS_CHILD or not (unlike IsChild).
 inline bool IsDescendant(HWND ancestor, HWND wnd) {
   for (HWND p = GetAncestor(wnd, GA_PARENT); p != nullptr; p = GetAncestor(p, GA_PARENT))
     if (p == ancestor) return true;
   return false;
 }
 
-// A window of this thread in place of another program's: the class and title it is looked
-// for by, shown as a captioned window or hidden, and a record of what it was sent or
-// posted. It lets nothing close it: a WM_CLOSE is only noted.
+// A window of this thread in place of another program's, found by class and title, shown or
+// hidden; it records what it receives, and a WM_CLOSE is only noted.
 class StandInWindow {
  public:
-  struct Message {
-    UINT id;
-    // A WM_COPYDATA's number, its cbData bytes and the class of the window that sent it.
-    ULONG_PTR dwData = 0;
-    std::wstring payload;
-    std::wstring fromClass;
-  };
+  // For a WM_COPYDATA: its number, its cbData bytes and the class of the window that sent it.
+  struct Message { UINT id; ULONG_PTR dwData = 0; std::wstring payload, fromClass; };
 
   StandInWindow(const wchar_t* className, const wchar_t* title, bool shown)
       : window_(ui::AllocateHWnd(

@@ -1,8 +1,5 @@
-// A Welcome Page package for the development host's tests. It registers one content
-// plug-in, "TEST" ("Test page"), whose view is the IDE's caption frame holding a frame
-// with one coloured panel. The panel's caption says what the package saw of the IDE's
-// theming, so that a dump of the window tree shows it; making the view also asks the IDE
-// to open a project, so that the host's action service is seen at work.
+// The development host's test package: plug-in "TEST" shows a coloured panel whose caption
+// tells the IDE's theming, and making its view asks the IDE to open a project.
 #include <windows.h>
 
 #include <cstdio>
@@ -49,14 +46,11 @@ class TTestCreator final : public INTAWelcomePageContentPluginCreator {
   ~TTestCreator() { DestroyView(); }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_INTAWelcomePagePlugin) ||
-        IsEqualIID(iid, IID_INTAWelcomePageContentPluginCreator)) {
-      *object = static_cast<INTAWelcomePageContentPluginCreator*>(this);
-      AddRef();
-      return S_OK;
-    }
-    *object = nullptr;
-    return E_NOINTERFACE;
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_INTAWelcomePagePlugin) &&
+        !IsEqualIID(iid, IID_INTAWelcomePageContentPluginCreator))
+      return *object = nullptr, E_NOINTERFACE;
+    *object = static_cast<INTAWelcomePageContentPluginCreator*>(this);
+    return AddRef(), S_OK;
   }
   ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
   ULONG STDMETHODCALLTYPE Release() override {
