@@ -2,6 +2,7 @@
 // an alpha channel or only a mask, at their size or scaled, and alpha-blended drawing.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <stdexcept>
@@ -43,18 +44,25 @@ rtl::unique_hbitmap StraightDib(int width, int height,
   return dib;
 }
 
-// A size x size icon: its left half transparent by the AND mask (colour black there, as
-// icons have it), its right half opaque red. `alpha`: a 32-bit colour bitmap instead,
-// half-transparent blue everywhere, with an all-opaque mask that must be ignored.
-rtl::unique_any<HICON, &DestroyIcon> TestIcon(int size, bool alpha) {
+enum class Kind { mask, alpha, mono };
+
+// A size x size icon. mask: its left half transparent by the AND mask (colour black there,
+// as icons have it), its right half opaque red. alpha: a 32-bit colour bitmap instead,
+// half-transparent blue everywhere, with an all-opaque mask that must be ignored. mono: no
+// colour bitmap, the image below the AND mask in one bitmap of twice the height; left half
+// transparent, right half black.
+rtl::unique_any<HICON, &DestroyIcon> TestIcon(int size, Kind kind) {
   const int stride = (size + 15) / 16 * 2;  // monochrome rows are padded to 16 bits
-  std::string maskBits(size_t(stride * size), '\0');
-  for (int y = 0; y < size && !alpha; ++y)
+  const int rows = kind == Kind::mono ? 2 * size : size;
+  std::string maskBits(size_t(stride * rows), '\0');
+  for (int y = 0; y < size && kind != Kind::alpha; ++y)
     for (int x = 0; x < size / 2; ++x) maskBits[size_t(y * stride + x / 8)] |= char(0x80 >> x % 8);
-  const rtl::unique_hbitmap mask(CreateBitmap(size, size, 1, 1, maskBits.data()));
-  const rtl::unique_hbitmap color =
-      alpha ? StraightDib(size, size, [](int, int) { return Argb(clBlue, 128); })
-            : CreateDib24(size, size, [=](int x, int) { return x < size / 2 ? clBlack : clRed; });
+  const rtl::unique_hbitmap mask(CreateBitmap(size, rows, 1, 1, maskBits.data()));
+  rtl::unique_hbitmap color;
+  if (kind == Kind::alpha)
+    color = StraightDib(size, size, [](int, int) { return Argb(clBlue, 128); });
+  else if (kind == Kind::mask)
+    color = CreateDib24(size, size, [=](int x, int) { return x < size / 2 ? clBlack : clRed; });
   ICONINFO info{TRUE, 0, 0, mask.get(), color.get()};
   return rtl::unique_any<HICON, &DestroyIcon>(CreateIconIndirect(&info));
 }
@@ -88,35 +96,40 @@ TEST(ImgListGlyphs, FourDistinctPremultipliedGlyphsAtTheListSize) {
 
 TEST(ImgListIcons, MaskOrAlphaDecidesWhatShowsAtAnySize) {
   struct Case {
-    int iconSize, listSize;
-    bool alpha;
+    int iconSize, listWidth, listHeight;
+    Kind kind;
     TColor left, right;  // drawn over white, a quarter in from each side, half way down
   };
   const TColor halfBlue = 0xFF7F7F;
-  const Case cases[] = {{16, 16, false, clWhite, clRed},    {16, 32, false, clWhite, clRed},
-                        {32, 16, false, clWhite, clRed},    {16, 16, true, halfBlue, halfBlue},
-                        {16, 32, true, halfBlue, halfBlue}};
+  const Case cases[] = {
+      {16, 16, 16, Kind::mask, clWhite, clRed},     {16, 32, 32, Kind::mask, clWhite, clRed},
+      {32, 16, 16, Kind::mask, clWhite, clRed},     {16, 32, 16, Kind::mask, clWhite, clRed},
+      {16, 16, 32, Kind::mask, clWhite, clRed},     {16, 16, 16, Kind::alpha, halfBlue, halfBlue},
+      {16, 32, 32, Kind::alpha, halfBlue, halfBlue}, {16, 16, 16, Kind::mono, clWhite, clBlack},
+      {16, 32, 32, Kind::mono, clWhite, clBlack}};
   for (const Case& c : cases) {
-    SCOPED_TRACE(std::to_string(c.iconSize) + " in " + std::to_string(c.listSize) +
-                 (c.alpha ? ", alpha" : ", mask"));
-    const auto icon = TestIcon(c.iconSize, c.alpha);
+    SCOPED_TRACE(std::to_string(c.iconSize) + " in " + std::to_string(c.listWidth) + "x" +
+                 std::to_string(c.listHeight) + ", kind " + std::to_string(int(c.kind)));
+    const auto icon = TestIcon(c.iconSize, c.kind);
     TImageList list(nullptr);
-    list.SetWidth(c.listSize);
-    list.SetHeight(c.listSize);
+    list.SetWidth(c.listWidth);
+    list.SetHeight(c.listHeight);
     ASSERT_EQ(list.AddIcon(icon.get()), 0);
     Canvas canvas(clWhite);
     list.Draw(canvas.dc.get(), 0, 0, 0);
-    const int s = c.listSize;
-    EXPECT_PRED2(Near, canvas.At(s / 4, s / 2), c.left);
-    EXPECT_PRED2(Near, canvas.At(s - s / 4, s / 2), c.right);
-    EXPECT_EQ(canvas.At(s + 1, s / 2), clWhite) << "nothing beyond the image";
+    const int w = c.listWidth, h = c.listHeight;
+    EXPECT_PRED2(Near, canvas.At(w / 4, h / 2), c.left);
+    EXPECT_PRED2(Near, canvas.At(w - w / 4, h / 2), c.right);
+    EXPECT_EQ(canvas.At(w + 1, h / 2), clWhite) << "nothing beyond the image";
+    EXPECT_EQ(canvas.At(w / 2, h + 1), clWhite) << "nothing below the image";
   }
 }
 
 TEST(ImgListIndexes, BadIndexesAreRefusedAndLaterImagesMoveDown) {
-  const auto masked = TestIcon(16, false), blended = TestIcon(16, true);
+  const auto masked = TestIcon(16, Kind::mask), blended = TestIcon(16, Kind::alpha);
   TImageList list(nullptr);
   EXPECT_EQ(list.AddIcon(nullptr), -1);
+  EXPECT_EQ(list.AddIcon(reinterpret_cast<HICON>(std::intptr_t{0x4321})), -1);
   ASSERT_EQ(list.AddIcon(masked.get()), 0);
   ASSERT_EQ(list.AddIcon(blended.get()), 1);
   TBitmap bitmap;
@@ -129,13 +142,25 @@ TEST(ImgListIndexes, BadIndexesAreRefusedAndLaterImagesMoveDown) {
     EXPECT_THROW(list.Delete(bad), ui::EInvalidOperation);
   }
   EXPECT_EQ(bitmap.Handle(), before);
+  // Masked icons become premultiplied pixels: transparent black or fully opaque colour.
+  ASSERT_TRUE(list.GetBitmap(0, bitmap));
+  const std::vector<std::uint32_t> pixels = ReadPixels32(bitmap.Handle());
+  ASSERT_EQ(pixels.size(), 256u);
+  EXPECT_EQ(pixels[8 * 16 + 2], 0u);
+  EXPECT_EQ(pixels[8 * 16 + 12], 0xFFFF0000u);
   EXPECT_EQ(canvas.At(12, 8), clLime);
   list.Delete(0);
   ASSERT_EQ(list.Count(), 1);
   list.Draw(canvas.dc.get(), 0, 0, 0);
   EXPECT_PRED2(Near, canvas.At(4, 8), 0x807F00) << "the alpha icon is first now";
+  list.SetWidth(16);
+  list.SetHeight(16);
+  EXPECT_EQ(list.Count(), 1) << "the same size keeps the images";
   list.SetWidth(24);
-  EXPECT_EQ(list.Count(), 0) << "a new size empties the list";
+  EXPECT_EQ(list.Count(), 0) << "a new width empties the list";
+  ASSERT_EQ(list.AddIcon(blended.get()), 0);
+  list.SetHeight(24);
+  EXPECT_EQ(list.Count(), 0) << "a new height empties the list";
 }
 
 TEST(ImgListBitmap, AlphaBitmapsBlendWhenStretchedAndWhenCopied) {

@@ -25,10 +25,10 @@ bool WindowTitleMatches(std::u16string_view wantClass, std::u16string_view title
 }
 
 std::u16string WideReadingOf(const ShortString& s) {
-  // The appended zero is a single byte and is lost when the string is full; the three
-  // zero bytes beyond stand for "whatever follows", chosen so that the reading ends.
+  // The bytes go on with the appended zero (a single byte, lost when the string is full)
+  // and whatever follows. Three zero bytes stand for both: at either parity of the length
+  // they hold a zero pair, so the reading ends there.
   std::string bytes = s.bytes();
-  if (bytes.size() < ShortString::kMaxLength) bytes += '\0';
   bytes.append(3, '\0');
   std::u16string wide;
   for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
