@@ -548,10 +548,38 @@ class Runner:
             return
         preset = "native-san" if build == "native" else "windows"
         say(f"configure {preset} in build/mutants-{build}")
+        built_before = os.path.exists(os.path.join(self.build_dir(build), "build.ninja"))
         code, out = self.call(["cmake", "--preset", preset, "-B", self.build_dir(build)])
         if code != 0:
             raise SystemExit(f"mutants: configuring {preset} failed:\n{out[-3000:]}")
+        self.refresh_stamps(build, built_before)
         self.configured.add(build)
+
+    def refresh_stamps(self, build, built_before):
+        """A tree copied with its files' times (rsync -a, cp -p) may hold a source older
+        than the object built from its previous content, which the build would keep. The
+        digests of the last run tell which sources changed since; those get the present
+        time. A build folder of unknown history has every source touched once."""
+        manifest = os.path.join(self.build_dir(build), ".mutants-sources.json")
+        try:
+            with open(manifest) as f:
+                seen = json.load(f)
+        except (OSError, ValueError):
+            seen = None
+        digests = {}
+        for folder, dirs, files in os.walk(self.root):
+            dirs[:] = [d for d in dirs if d not in ("build", ".git")]
+            for name in files:
+                if not name.endswith((".cpp", ".h", ".rc", ".txt", ".cmake", ".json")):
+                    continue
+                path = os.path.join(folder, name)
+                with open(path, "rb") as f:
+                    digests[os.path.relpath(path, self.root)] = hashlib.sha1(f.read()).hexdigest()
+        for rel, digest in digests.items():
+            if (seen is None and built_before) or (seen is not None and seen.get(rel) != digest):
+                os.utime(os.path.join(self.root, rel))
+        with open(manifest, "w") as f:
+            json.dump(digests, f)
 
     def tests_of(self, family, build):
         code, out = self.call(["ctest", "--test-dir", self.build_dir(build), "--show-only=json-v1",

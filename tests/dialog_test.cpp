@@ -131,6 +131,16 @@ Strs Captions() {
   for (int i = 0; i < DlgButtons->Count(); ++i) captions.push_back((*DlgButtons)[i]);
   return captions;
 }
+// The texts the buttons' windows hold, in the list's order.
+Strs ShownCaptions() {
+  Strs shown;
+  for (int i = 0; i < DlgButtons->Count(); ++i) {
+    wchar_t text[64] = {};
+    GetWindowTextW(static_cast<ui::TPanel*>(DlgButtons->Objects(i))->Handle(), text, 64);
+    shown.emplace_back(reinterpret_cast<const char16_t*>(text));
+  }
+  return shown;
+}
 
 class DialogTest : public ::testing::Test {
  protected:
@@ -195,7 +205,7 @@ TEST_F(DialogTest, CaptionBarDragsWithTheLeftButtonOnly) {
          GetWindowRect(FormWindow(), &afterRight);
          drag(WM_LBUTTONDOWN, WM_LBUTTONUP, MK_LBUTTON, 50, 32);
          GetWindowRect(FormWindow(), &afterLeft);
-         send(WM_MOUSEMOVE, 0, 90, 90);  // after the release a move drags nothing
+         send(WM_MOUSEMOVE, 0, 90, 20);  // after the release a move drags nothing
        }),
        Check([&] { GetWindowRect(FormWindow(), &afterRelease); }), Key(VK_RETURN)});
   EXPECT_TRUE(EqualRect(&before, &afterRight));
@@ -229,6 +239,7 @@ TEST_F(DialogTest, MessageBoxShowsItsTextFlagsAndButtonsAndReturnsTheResult) {
                    EXPECT_EQ(Dialog()->lbText->Caption(), u"Weiter?\r\n\r\n ");
                    EXPECT_EQ(Dialog()->lbInfo->Caption(), u"Warnung");
                    EXPECT_EQ(Captions(), (Strs{u"&Yes", u"&No", u"&Cancel"}));
+                   EXPECT_EQ(ShownCaptions(), Captions());
                    EXPECT_FALSE(IsWindowVisible(Dialog()->bnOK->Handle()));
                  }),
                  Char(u'c'), Key(VK_RETURN)}),
@@ -267,6 +278,35 @@ TEST_F(DialogTest, LookComesFromTheSettingsAndButtonsColourUnderTheMouse) {
        }),
        Post(no, WM_LBUTTONUP, 0, MAKELPARAM(10, 10))});
   EXPECT_EQ(result, mrNo);
+}
+
+TEST_F(DialogTest, TheFormKeepsItsDesignedPlacesAndFonts) {
+  // Where each part of a one-button dialog lies in its parent, in the form's client area of
+  // 630 pixels width, and the caption bar's font; after the dialog the button list is gone.
+  Inspect(mtWarning, {mbOK}, [] {
+    TF_MsgDlg& d = *Dialog();
+    const int height = d.ClientHeight();
+    const struct { const char* what; const ui::TControl* control; ui::TRect bounds; } cases[] = {
+        {"frame shape", d.Shape1, {0, 35, 630, height}},
+        {"caption bar", d.RecCaption, {1, 1, 629, 35}},
+        {"caption", d.lblCaption, {6, 6, 625, 33}},
+        {"message frame", d.RecFrame, {5, 40, 625, height - 5}},
+        {"kind word", d.lbInfo, {54, 17, 603, 55}},
+        {"glyph", d.Glyph1, {16, 20, 48, 52}},
+    };
+    for (const auto& c : cases) {
+      const ui::TRect r = c.control->BoundsRect();
+      EXPECT_EQ((std::vector<int>{r.Left, r.Top, r.Right, r.Bottom}),
+                (std::vector<int>{c.bounds.Left, c.bounds.Top, c.bounds.Right, c.bounds.Bottom}))
+          << c.what;
+    }
+    EXPECT_TRUE(d.lblCaption->WordWrap());
+    EXPECT_EQ(d.lblCaption->Font.Style, ui::TFontStyles{ui::fsBold});
+    EXPECT_EQ(d.lblCaption->Font.Height, -15);
+    EXPECT_EQ(Captions(), Strs{u"O&K"});
+    EXPECT_EQ(ShownCaptions(), Strs{u"O&K"});
+  });
+  EXPECT_EQ(DlgButtons, nullptr);
 }
 
 TEST_F(DialogTest, HeaderShowsTheWordAndGlyphOfTheKind) {

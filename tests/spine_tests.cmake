@@ -1,4 +1,5 @@
-nox_pure_tests(LABEL spine-rules PREFIX SpineRules SOURCES spine_rules_test.cpp LIBS nox_host nox_package_rules)
+nox_pure_tests(LABEL spine-rules PREFIX SpineRules SOURCES spine_rules_test.cpp LIBS nox_host nox_package_rules
+               EXTRA_LABELS spine)
 # The frame and the package end to end, with the stand-in companion program.
 nox_win_tests(LABEL spine PREFIX SpineFrame SOURCES spine_test.cpp LIBS nox_host_win version)
 if(WIN32)
