@@ -197,8 +197,24 @@ TEST_F(SpineFrame, DocksTheCompanionPassesItsRequestOnOnceAndRestartsLeaveNothin
 TEST_F(SpineFrame, SettingsDecideWhereTheProgramIsUntilTheUnitsLastStop) {
   WNOXView::Initialize();
   WNOXView::Initialize();
-  // No settings file: the program beside the host executable.
-  delete NewFrame();
+  // No settings file: the program beside the host executable. The bar shows the page's
+  // logo: a white "N" on a blue tile inside a lighter rim of two pixels.
+  {
+    std::unique_ptr<TMainFrame> frame(NewFrame());
+    const auto* logo = dynamic_cast<const ui::TBitmap*>(frame->Image1->Picture.Graphic());
+    ASSERT_NE(logo, nullptr);
+    const rtl::unique_hdc dc(CreateCompatibleDC(nullptr));
+    const rtl::select_object selected(dc.get(), logo->Handle());
+    const ui::TColor rim = 0x00E0B080, tile = 0x00A05020, white = ui::clWhite;
+    const struct { int x, y; ui::TColor colour; } pixels[] = {
+        {0, 0, rim},     {1, 46, rim},    {46, 20, rim},   {2, 2, tile},    {45, 45, tile},
+        {3, 3, tile},    {12, 20, white}, {15, 20, white}, {37, 20, white}, {20, 22, white},
+        {22, 20, white}, {16, 20, tile},  {20, 30, tile},  {36, 38, tile},  {40, 40, tile},
+        {20, 46, rim}};
+    for (const auto& p : pixels)
+      EXPECT_EQ(static_cast<ui::TColor>(GetPixel(dc.get(), p.x, p.y)), p.colour)
+          << p.x << ", " << p.y;
+  }
   wchar_t exe[MAX_PATH];
   GetModuleFileNameW(nullptr, exe, MAX_PATH);
   std::wstring expected(exe);
