@@ -252,6 +252,8 @@ TEST_F(SpineFrame, AMissingProgramDocksNothingButPassesOnCopyDataRequests) {
   SetProgramLocation(L"Z:\\nowhere\\NOXPlugIn.exe");
   const ULONGLONG made = nox_test::ClockMs();
   TMainFrame* frame = NewFrame();
+  EXPECT_FALSE(frame->bnShowPlug->Visible()) << "the button waits for the timer";
+  EXPECT_FALSE(frame->Image1->Visible()) << "the logo is kept hidden";
   // Without IDE theming, panel and frame both show the system's window colour.
   EXPECT_EQ(frame->Panel1->Color, ui::clWindow);
   EXPECT_EQ(PaintedColour(*frame->Panel1), GetSysColor(COLOR_WINDOW));
@@ -289,6 +291,11 @@ TEST_F(SpineFrame, AMissingProgramDocksNothingButPassesOnCopyDataRequests) {
   EXPECT_LT(offered, 3000 + kLate);
   EXPECT_EQ(frame->Panel1->Tag, 0);
   EXPECT_FALSE(WNOXView::ProgLoaded);
+  // The button offered: at the left of the 28-pixel bar above the panel, inside its bevel.
+  const ui::TRect button = frame->bnShowPlug->BoundsRect();
+  EXPECT_EQ((std::vector<int>{button.Left, button.Top, button.Right, button.Bottom}),
+            (std::vector<int>{1, 1, 98, 27}));
+  EXPECT_EQ(frame->bnShowPlug->Caption(), u"Show PlugIn");
   form_->SetBounds(0, 0, 700, 400);  // a resize with nothing docked does nothing
 
   // Without the IDE's action services the message is dropped.
