@@ -260,7 +260,7 @@ TEST_F(SpineFrame, AMissingProgramDocksNothingButPassesOnCopyDataRequests) {
 
   const auto send = [&](ULONG_PTR dwData, const void* data, DWORD bytes) {
     COPYDATASTRUCT cds{dwData, bytes, const_cast<void*>(data)};
-    SendMessageW(frame->Handle(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&cds));
+    EXPECT_EQ(SendMessageW(frame->Handle(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&cds)), 0);
   };
   const wchar_t path[] = L"C:\\P\\A.dproj";
   send(10024, path, sizeof(path));
