@@ -15,6 +15,11 @@ tests/mutants_equivalent.txt and do not count.
 --root, --sources, --build-cmd and --test-cmd run the same machinery over any tree with
 commands of one's own (shell commands run in the root; NOX_MUTANT holds the fault's id,
 empty for the unmutated run).
+
+--matrix runs every test of the family for each fault (no stop at the first failure) and
+adds to the report which test cases failed it: for each test case, the faults it catches and
+those no other test case catches. A test case that catches nothing of its own over a large
+sample is a candidate for merging or dropping.
 """
 import argparse
 import difflib
@@ -410,6 +415,7 @@ class Runner:
         self.custom = bool(args.build_cmd or args.test_cmd)
         self.configured = set()
         self.wine = None
+        self.cases = None
         self.log = None
 
     # -- sources and their restore --
@@ -625,21 +631,63 @@ class Runner:
             cmd += ["--target", t]
         return self.call(cmd, env=self.env(build, fault_id))
 
+    def gtest_folder(self):
+        folder = os.path.join(self.work, "gtest-out")
+        shutil.rmtree(folder, ignore_errors=True)
+        os.makedirs(folder)
+        return folder
+
+    def failed_cases(self, folder):
+        """(every test case run, those that failed, the checks that failed) from GoogleTest's
+        JSON reports. A check is its test case, file and line, and the traces in scope."""
+        ran, failed, checks = set(), set(), set()
+        for name in sorted(os.listdir(folder)):
+            try:
+                with open(os.path.join(folder, name)) as f:
+                    report = json.load(f)
+            except (OSError, ValueError):
+                continue
+            for suite in report.get("testsuites", []):
+                for case in suite.get("testsuite", []):
+                    full = f"{suite['name']}.{case['name']}"
+                    if case.get("result", "COMPLETED") == "SUPPRESSED" or \
+                            case.get("status") == "NOTRUN":
+                        continue
+                    ran.add(full)
+                    for failure in case.get("failures", []):
+                        failed.add(full)
+                        text = failure.get("failure", "")
+                        where = os.path.basename(text.split("\n", 1)[0])
+                        traces = re.findall(r"^\S+:\d+: (.*)$",
+                                            text.partition("Google Test trace:")[2], re.M)
+                        checks.add(" ".join([full, "@", where] + traces))
+        return ran, failed, checks
+
     def test(self, family, build, fault_id, timeout):
         """(passed, timed out, seconds, slowest test's seconds)"""
         start = time.monotonic()
+        self.cases = None
         if build == "custom":
             code, out = self.call(self.args.test_cmd or "true", env=self.env(build, fault_id, True),
                                   shell=True, timeout=timeout)
             spent = time.monotonic() - start
             return code == 0, code is None, spent, spent
         cmd = ["ctest", "--test-dir", self.build_dir(build), "-L", label_regex(family),
-               "--stop-on-failure", "--no-tests=error"]
+               "--no-tests=error"]
+        env = self.env(build, fault_id, True)
+        if self.args.matrix:
+            folder = self.gtest_folder()
+            where = folder if build == "native" else "Z:" + folder.replace("/", "\\")
+            env["GTEST_OUTPUT"] = "json:" + where + ("/" if build == "native" else "\\")
+        else:
+            cmd.append("--stop-on-failure")
         outer = None
         if timeout:
             cmd += ["--timeout", str(int(timeout))]
             outer = timeout * 20 + 120
-        code, out = self.call(cmd, env=self.env(build, fault_id, True), timeout=outer)
+        code, out = self.call(cmd, env=env, timeout=outer)
+        if self.args.matrix:
+            self.cases = self.failed_cases(folder)
         spent = time.monotonic() - start
         times = [float(t) for t in re.findall(r"Test +#\d+: .* ([0-9.]+) sec", out)]
         timed_out = code is None or "***Timeout" in out
@@ -670,6 +718,10 @@ class Runner:
         # No window manager runs on Xvfb: Wine manages its windows itself.
         self.call(["wine", "reg", "add", r"HKCU\Software\Wine\X11 Driver", "/v", "Managed",
                    "/t", "REG_SZ", "/d", "N", "/f"], env=full, timeout=120, quiet=True)
+        # A crashing test ends at once instead of waiting behind a crash dialog.
+        self.call(["wine", "reg", "add", r"HKCU\Software\Wine\WineDbg", "/v",
+                   "ShowCrashDialog", "/t", "REG_DWORD", "/d", "0", "/f"], env=full,
+                  timeout=120, quiet=True)
 
     def start_xvfb(self):
         """An X server on a display number of its own, from --display on: one with a lock
@@ -770,6 +822,7 @@ class Runner:
         say(f"\n== {family}: {len(picked)} of {len(every)} faults (seed {self.args.seed})")
         builds = sorted({f["build"] for f in picked if f["id"] not in known})
         baseline = {}
+        every_case = set()
         for build in builds:
             self.configure(build)
             targets = self.targets_of(family, build) if build != "custom" else []
@@ -781,6 +834,8 @@ class Runner:
                 raise SystemExit(f"mutants: the unmutated {family} does not build ({build}):\n"
                                  f"{out[-3000:]}")
             ok, _, spent, slowest = self.test(family, build, "", 1500)
+            if self.cases:
+                every_case.update(self.cases[0])
             if not ok:
                 raise SystemExit(f"mutants: the tests of {family} fail unmutated ({build}); "
                                  f"see {self.log.name}")
@@ -829,12 +884,17 @@ class Runner:
                 finally:
                     self.restore_quietly()
                 seconds = time.monotonic() - start
-                results.append(dict(fault, result=result, seconds=seconds))
+                caught = self.args.matrix and self.cases and result.startswith("killed")
+                results.append(dict(fault, result=result, seconds=seconds,
+                                    failed=sorted(self.cases[1]) if caught else [],
+                                    checks=sorted(self.cases[2]) if caught else []))
                 say(f"{tag}: {result} ({seconds:.1f} s)")
         except Interrupted:
             self.report(family, every, picked, results, interrupted=True)
+            self.report_matrix(family, every_case, results)
             raise
         self.report(family, every, picked, results, interrupted=False)
+        self.report_matrix(family, every_case, results)
         return results
 
     def restore_quietly(self):
@@ -891,6 +951,35 @@ class Runner:
             f"compiling, {equivalent} equivalent; score {score}; report {path}")
 
 
+    def report_matrix(self, family, every_case, results):
+        if not self.args.matrix:
+            return
+        killed = [r for r in results if r["result"].startswith("killed")]
+        catches = {case: [] for case in every_case}
+        for r in killed:
+            for case in r["failed"]:
+                catches.setdefault(case, []).append(r["id"])
+        alone = {case: [r["id"] for r in killed if r["failed"] == [case]] for case in catches}
+        unknown = [r["id"] for r in killed if not r["failed"]]
+        out = [f"# Which test cases catch the planted faults: {family}", "",
+               f"{len(killed)} faults killed; {len(unknown)} of them by no test case on record "
+               "(a crash or a timeout ends a program before it reports).", "",
+               "| test case | faults caught | caught by it alone |", "|---|---|---|"]
+        for case in sorted(catches, key=lambda c: (len(alone[c]), len(catches[c]), c)):
+            out.append(f"| {case} | {len(catches[case])} | {len(alone[case])} "
+                       f"{' '.join(alone[case])} |")
+        path = os.path.join(self.work, f"{family}.matrix.md")
+        with open(path, "w") as f:
+            f.write("\n".join(out) + "\n")
+        with open(os.path.join(self.work, f"{family}.matrix.json"), "w") as f:
+            json.dump({"cases": sorted(every_case),
+                       "faults": {r["id"]: r["failed"] for r in killed},
+                       "checks": {r["id"]: r["checks"] for r in killed},
+                       "survived": [r["id"] for r in results if r["result"] == "survived"]},
+                      f, indent=1)
+        say(f"{family}: matrix {path}")
+
+
 def parse(argv):
     p = argparse.ArgumentParser(prog="./run mutants", description=__doc__.split("\n")[0])
     p.add_argument("families", nargs="*", help="ctest labels (default: every family)")
@@ -908,6 +997,8 @@ def parse(argv):
     p.add_argument("--test-cmd", help="shell command in place of the family's tests")
     p.add_argument("--equivalent", help="file of equivalent faults "
                    "(default tests/mutants_equivalent.txt)")
+    p.add_argument("--matrix", action="store_true",
+                   help="run every test for each fault and report which test cases catch it")
     p.add_argument("--which-builds", action="store_true",
                    help="print the builds the faults would need and stop")
     args = p.parse_args(argv)

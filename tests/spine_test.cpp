@@ -197,24 +197,8 @@ TEST_F(SpineFrame, DocksTheCompanionPassesItsRequestOnOnceAndRestartsLeaveNothin
 TEST_F(SpineFrame, SettingsDecideWhereTheProgramIsUntilTheUnitsLastStop) {
   WNOXView::Initialize();
   WNOXView::Initialize();
-  // No settings file: the program beside the host executable. The bar shows the page's
-  // logo: a white "N" on a blue tile inside a lighter rim of two pixels.
-  {
-    std::unique_ptr<TMainFrame> frame(NewFrame());
-    const auto* logo = dynamic_cast<const ui::TBitmap*>(frame->Image1->Picture.Graphic());
-    ASSERT_NE(logo, nullptr);
-    const rtl::unique_hdc dc(CreateCompatibleDC(nullptr));
-    const rtl::select_object selected(dc.get(), logo->Handle());
-    const ui::TColor rim = 0x00E0B080, tile = 0x00A05020, white = ui::clWhite;
-    const struct { int x, y; ui::TColor colour; } pixels[] = {
-        {0, 0, rim},     {1, 46, rim},    {46, 20, rim},   {2, 2, tile},    {45, 45, tile},
-        {3, 3, tile},    {12, 20, white}, {15, 20, white}, {37, 20, white}, {20, 22, white},
-        {22, 20, white}, {16, 20, tile},  {20, 30, tile},  {36, 38, tile},  {40, 40, tile},
-        {20, 46, rim}};
-    for (const auto& p : pixels)
-      EXPECT_EQ(static_cast<ui::TColor>(GetPixel(dc.get(), p.x, p.y)), p.colour)
-          << p.x << ", " << p.y;
-  }
+  // No settings file: the program beside the host executable.
+  delete NewFrame();
   wchar_t exe[MAX_PATH];
   GetModuleFileNameW(nullptr, exe, MAX_PATH);
   std::wstring expected(exe);
@@ -236,6 +220,13 @@ TEST_F(SpineFrame, SettingsDecideWhereTheProgramIsUntilTheUnitsLastStop) {
     EXPECT_EQ(WNOXView::NOXIniName, U16(IniFile()));
   }
 
+  // The settings file is found under APPDATA whatever its length.
+  SetEnvironmentVariableW(L"APPDATA", L"Q");
+  delete NewFrame();
+  EXPECT_EQ(WNOXView::NOXIniName, u"Q\\quillmark\\NOX\\NOX.INI");
+  SetEnvironmentVariableW(L"APPDATA", appData_.c_str());
+  delete NewFrame();
+
   // The unit's last stop forgets the settings, but not whether a program is loaded.
   WNOXView::ProgLoaded = true;
   WNOXView::Finalize();
@@ -251,7 +242,20 @@ TEST_F(SpineFrame, AMissingProgramDocksNothingButPassesOnCopyDataRequests) {
   ide_.themed = false;
   SetProgramLocation(L"Z:\\nowhere\\NOXPlugIn.exe");
   const ULONGLONG made = nox_test::ClockMs();
-  TMainFrame* frame = NewFrame();
+  // As designed, before the page aligns it: 822 x 363 in 9-point Segoe UI, which the
+  // page's button shows.
+  auto* frame = new TMainFrame(form_.get());
+  const ui::TRect designed = frame->BoundsRect();
+  EXPECT_EQ((std::vector<int>{designed.Left, designed.Top, designed.Right, designed.Bottom}),
+            (std::vector<int>{0, 0, 822, 363}));
+  frame->SetParent(form_.get());
+  LOGFONTW font{};
+  GetObjectW(reinterpret_cast<HFONT>(SendMessageW(frame->bnShowPlug->Handle(), WM_GETFONT, 0, 0)),
+             sizeof(font), &font);
+  EXPECT_EQ(std::wstring(font.lfFaceName), L"Segoe UI");
+  EXPECT_EQ(font.lfHeight, -12);
+  frame->SetAlign(ui::TAlign::alClient);
+  form_->Show();
   EXPECT_FALSE(frame->bnShowPlug->Visible()) << "the button waits for the timer";
   EXPECT_FALSE(frame->Image1->Visible()) << "the logo is kept hidden";
   // Without IDE theming, panel and frame both show the system's window colour.
