@@ -154,4 +154,42 @@ TEncoding* TEncoding::FromPreamble(const std::uint8_t* data, std::size_t size,
   return nullptr;
 }
 
+bool FitsAnsi(std::u16string_view s) {
+  TEncoding* ansi = TEncoding::ANSI();
+  return ansi->GetString(ansi->GetBytes(s)) == s;
+}
+
+bool IsMultiByteUtf8(const std::uint8_t* data, std::size_t size) {
+  bool multi = false;
+  for (std::size_t i = 0; i < size;) {
+    const std::uint8_t b = data[i];
+    if (b < 0x80) {
+      ++i;
+      continue;
+    }
+    std::size_t n;
+    std::uint32_t c;
+    if (b >= 0xC2 && b <= 0xDF) {
+      n = 1, c = b & 0x1Fu;
+    } else if (b >= 0xE0 && b <= 0xEF) {
+      n = 2, c = b & 0x0Fu;
+    } else if (b >= 0xF0 && b <= 0xF4) {
+      n = 3, c = b & 0x07u;
+    } else {
+      return false;
+    }
+    if (size - i <= n) return false;
+    for (std::size_t k = 1; k <= n; ++k) {
+      if ((data[i + k] & 0xC0) != 0x80) return false;
+      c = (c << 6) | (data[i + k] & 0x3Fu);
+    }
+    if ((n == 2 && (c < 0x800 || (c >= 0xD800 && c <= 0xDFFF))) ||
+        (n == 3 && (c < 0x10000 || c > 0x10FFFF)))
+      return false;
+    multi = true;
+    i += n + 1;
+  }
+  return multi;
+}
+
 }  // namespace rtl

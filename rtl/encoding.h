@@ -46,6 +46,14 @@ class TEncoding {
   bool StartsWithPreamble(const std::uint8_t* data, std::size_t size) const;
 };
 
+// Whether the ANSI code page holds every character of `s`: its bytes give `s` back.
+bool FitsAnsi(std::u16string_view s);
+
+// Whether `data` is well-formed UTF-8 (no overlong forms, surrogates or values past
+// U+10FFFF) holding at least one character of more than one byte: text that an ANSI
+// reading would garble.
+bool IsMultiByteUtf8(const std::uint8_t* data, std::size_t size);
+
 // Windows-1252 by table, the native build's ANSI code page. The five bytes the page
 // leaves undefined (81 8D 8F 90 9D) map to U+0081..., as Windows maps them, so that every
 // byte survives a round trip.

@@ -2,6 +2,7 @@
 // for sections and keys through ReadSection.
 #include "rtl/inifiles.h"
 
+#include "rtl/encoding.h"
 #include "rtl/ustring.h"
 
 namespace rtl {
@@ -74,6 +75,24 @@ bool TCustomIniFile::ValueExists(const std::u16string& section, const std::u16st
   TStringList keys;
   ReadSection(section, keys);
   return keys.IndexOf(ident) >= 0;
+}
+
+TIniFileKind IniFileKindOf(const std::uint8_t* data, std::size_t size) {
+  std::size_t mark = 0;
+  const TEncoding* marked = TEncoding::FromPreamble(data, size, mark);
+  if (marked == nullptr) return TIniFileKind::Ansi;
+  return marked == TEncoding::Unicode() ? TIniFileKind::Utf16LE : TIniFileKind::OtherMark;
+}
+
+std::vector<std::uint8_t> IniFileAsUtf16(const std::vector<std::uint8_t>& bytes) {
+  std::size_t mark = 0;
+  const TEncoding* encoding = TEncoding::FromPreamble(bytes.data(), bytes.size(), mark);
+  if (encoding == nullptr) encoding = TEncoding::ANSI();
+  const std::u16string text = encoding->GetString(bytes.data() + mark, bytes.size() - mark);
+  std::vector<std::uint8_t> result = TEncoding::Unicode()->GetPreamble();
+  const std::vector<std::uint8_t> body = TEncoding::Unicode()->GetBytes(text);
+  result.insert(result.end(), body.begin(), body.end());
+  return result;
 }
 
 }  // namespace rtl

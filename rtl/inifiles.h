@@ -3,14 +3,19 @@
 //
 // TIniFile works as the framework's does: every call opens the file, reads or writes one
 // thing and closes it again, so other processes see each write at once and nothing is
-// held between calls. The API's own rules apply: section and key names ignore case,
+// held between calls. No character is lost: a file it makes starts with the UTF-16LE
+// mark, in which the API writes UTF-16; an ANSI file (as older programs wrote it) stays
+// ANSI until a write it cannot hold, which turns it into UTF-16 once with all it held. The API's own rules apply: section and key names ignore case,
 // values lose surrounding blanks and one pair of surrounding quotes when read, a file name
 // without a path means the Windows directory, and a missing file reads as empty.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "rtl/classes.h"
 
@@ -26,6 +31,17 @@ class EIniFileException : public Exception {
 // "0x" or "$"; `fallback` for anything else.
 //   IniStrToInt(u"42", 0) == 42   IniStrToInt(u"$1F", 0) == 31   IniStrToInt(u"4 2", 7) == 7
 int IniStrToInt(std::u16string_view text, int fallback);
+
+// How the system's profile API reads a file, by its first bytes: a file that starts with
+// the UTF-16LE mark holds every character; one without a mark is read and written in the
+// ANSI code page; other marks (UTF-8, UTF-16BE) only some versions of the API honour.
+enum class TIniFileKind { Ansi, Utf16LE, OtherMark };
+TIniFileKind IniFileKindOf(const std::uint8_t* data, std::size_t size);
+
+// A profile file's bytes as the same text in UTF-16LE with its mark, every line kept:
+// sections, keys, values, comments and blank lines. A file without a mark is read in the
+// ANSI code page, as the API reads it; a marked one by its mark.
+std::vector<std::uint8_t> IniFileAsUtf16(const std::vector<std::uint8_t>& bytes);
 
 // The framework's abstract INI file: strings, sections and keys are the kind's own
 // business; numbers and flags are read and written as text the same way for every kind.

@@ -17,10 +17,11 @@ struct TMemIniFile::TSection {
 };
 
 TMemIniFile::TMemIniFile(std::u16string fileName, TEncoding* encoding)
-    : TCustomIniFile(std::move(fileName)), encoding_(encoding) {
+    : TCustomIniFile(std::move(fileName)), encoding_(encoding), chosen_(encoding != nullptr) {
   std::vector<std::uint8_t> bytes;
   try {
     bytes = ReadFileBytes(fileName_);
+    existed_ = true;
   } catch (const Exception&) {
     // A missing or unreadable file is an empty one: the first UpdateFile makes it.
   }
@@ -28,7 +29,8 @@ TMemIniFile::TMemIniFile(std::u16string fileName, TEncoding* encoding)
   if (encoding_ == nullptr) {
     encoding_ = TEncoding::FromPreamble(bytes.data(), bytes.size(), skip);
     preamble_ = encoding_ != nullptr;
-    if (encoding_ == nullptr) encoding_ = TEncoding::ANSI();
+    if (encoding_ == nullptr)
+      encoding_ = IsMultiByteUtf8(bytes.data(), bytes.size()) ? TEncoding::UTF8() : TEncoding::ANSI();
   } else if (encoding_->StartsWithPreamble(bytes.data(), bytes.size())) {
     skip = encoding_->GetPreamble().size();
     preamble_ = true;
@@ -139,12 +141,20 @@ void TMemIniFile::Clear() { sections_.clear(); }
 void TMemIniFile::UpdateFile() {
   TStringList lines;
   GetStrings(lines);
+  const std::u16string all = lines.Text();
+  // A new file, and an ANSI one that cannot hold the text, become UTF-16LE with its mark,
+  // which keeps every character and which the system's profile API reads as well.
+  if ((!existed_ && !chosen_) || (encoding_ == TEncoding::ANSI() && !FitsAnsi(all))) {
+    encoding_ = TEncoding::Unicode();
+    preamble_ = true;
+  }
   std::vector<std::uint8_t> bytes;
   if (preamble_) bytes = encoding_->GetPreamble();
-  const std::vector<std::uint8_t> text = encoding_->GetBytes(lines.Text());
+  const std::vector<std::uint8_t> text = encoding_->GetBytes(all);
   bytes.insert(bytes.end(), text.begin(), text.end());
   TFileStream file(fileName_, fmCreate);
   if (!bytes.empty()) file.WriteBuffer(bytes.data(), bytes.size());
+  existed_ = true;
 }
 
 }  // namespace rtl

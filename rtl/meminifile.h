@@ -22,8 +22,10 @@ namespace rtl {
 class TMemIniFile : public TCustomIniFile {
  public:
   // Reads `fileName` when it exists (a missing or unreadable file gives an empty copy).
-  // Without an encoding a byte-order mark decides, else the ANSI code page; UpdateFile
-  // writes with the same encoding and mark.
+  // Without an encoding a byte-order mark decides, else UTF-8 when the bytes are UTF-8 text
+  // beyond ASCII, else the ANSI code page. UpdateFile writes with the same encoding and
+  // mark, except that a file it makes, and an ANSI file that cannot hold the text, are
+  // written in UTF-16LE with its mark, so that no character is lost.
   explicit TMemIniFile(std::u16string fileName, TEncoding* encoding = nullptr);
   ~TMemIniFile() override;
 
@@ -50,6 +52,8 @@ class TMemIniFile : public TCustomIniFile {
   TSection& FindOrAdd(std::u16string_view section);
 
   TEncoding* encoding_;
+  bool chosen_;  // the caller gave the encoding
+  bool existed_ = false;
   bool preamble_ = false;
   std::vector<std::unique_ptr<TSection>> sections_;
 };

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "rtl/encoding.h"
+#include "rtl/inifiles.h"
 #include "rtl/meminifile.h"
 #include "rtl/ustring.h"
 
@@ -23,6 +25,12 @@ class IniFileMem : public ::testing::Test {
   std::string Read() const {
     std::ifstream in(path_, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
+  }
+  // The bytes of ASCII text in UTF-16LE with its mark.
+  static std::string Utf16File(const std::string& ascii) {
+    std::string bytes = "\xFF\xFE";
+    for (char c : ascii) bytes += std::string{c, '\0'};
+    return bytes;
   }
   const std::string path_ = ::testing::TempDir() + "meminifile_" +
                             ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".ini";
@@ -56,14 +64,14 @@ TEST_F(IniFileMem, ChangesReachTheFileOnlyWithUpdateFile) {
     EXPECT_EQ(Read(), "");
     ini.UpdateFile();
   }
-  // The key takes the spelling of the last write.
-  EXPECT_EQ(Read(), "[S]\r\nA=2\r\nb=\r\n\r\n[T]\r\non=1\r\nn=-5\r\n\r\n");
+  // The key takes the spelling of the last write; a new file is UTF-16 with its mark.
+  EXPECT_EQ(Read(), Utf16File("[S]\r\nA=2\r\nb=\r\n\r\n[T]\r\non=1\r\nn=-5\r\n\r\n"));
   TMemIniFile again(Name());
   EXPECT_TRUE(again.ValueExists(u"S", u"b")) << "an empty value is still a key";
   again.DeleteKey(u"S", u"a");
   again.EraseSection(u"t");
   again.UpdateFile();
-  EXPECT_EQ(Read(), "[S]\r\nb=\r\n\r\n");
+  EXPECT_EQ(Read(), Utf16File("[S]\r\nb=\r\n\r\n"));
   // The same lines into a list that is shown: its old content goes, one change is told.
   rtl::TStringList shown;
   shown.Add(u"stale");
@@ -74,20 +82,31 @@ TEST_F(IniFileMem, ChangesReachTheFileOnlyWithUpdateFile) {
   EXPECT_EQ(changes, 1);
 }
 
-TEST_F(IniFileMem, KeepsTheEncodingAndMarkItWasReadIn) {
-  Write("\xEF\xBB\xBF[S]\r\nk=Gr\xC3\xBC\xC3\x9F\x65\r\n");
-  {
-    TMemIniFile ini(Name());
-    EXPECT_EQ(ini.ReadString(u"S", u"k", u""), u"Grüße");
-    ini.WriteString(u"S", u"k", u"€");
-    ini.UpdateFile();
+// Written back in the encoding it was read in, as long as that holds every character; an
+// ANSI file that cannot becomes UTF-16 once, with all it held.
+TEST_F(IniFileMem, KeepsTheEncodingItWasReadInUnlessThatLosesACharacter) {
+  const struct { std::string file; std::u16string read, write; std::string written; } cases[] = {
+      {"\xEF\xBB\xBF[S]\r\nk=Gr\xC3\xBC\xC3\x9F\x65\r\n", u"Grüße", u"€",
+       "\xEF\xBB\xBF[S]\r\nk=\xE2\x82\xAC\r\n\r\n"},
+      {"[S]\r\nk=Gr\xFC\xDF\x65\r\n", u"Grüße", u"Grüße €", "[S]\r\nk=Gr\xFC\xDF\x65 \x80\r\n\r\n"},
+      {"[S]\r\nk=Gr\xFC\xDF\x65\r\n", u"Grüße", u"\u03A9", Utf16File("[S]\r\nk=") + "\xA9\x03" +
+       Utf16File("\r\n\r\n").substr(2)},
+      // UTF-8 without a mark is UTF-8, not ANSI, and stays so.
+      {"[S]\r\nk=\xC5\x81ukasz\r\n", u"Łukasz", u"\u4E2D", "[S]\r\nk=\xE4\xB8\xAD\r\n\r\n"},
+      {"[S]\r\nk=\xC0\x80\r\n", u"À€", u"x", "[S]\r\nk=x\r\n\r\n"},  // overlong: ANSI
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.file);
+    Write(c.file);
+    {
+      TMemIniFile ini(Name());
+      EXPECT_EQ(ini.ReadString(u"S", u"k", u""), c.read);
+      ini.WriteString(u"S", u"k", c.write);
+      ini.UpdateFile();
+    }
+    EXPECT_EQ(Read(), c.written);
+    EXPECT_EQ(TMemIniFile(Name()).ReadString(u"S", u"k", u""), c.write);
   }
-  EXPECT_EQ(Read(), "\xEF\xBB\xBF[S]\r\nk=\xE2\x82\xAC\r\n\r\n");
-  Write("[S]\r\nk=Gr\xFC\xDF\x65\r\n");  // no mark: the ANSI code page
-  TMemIniFile ansi(Name());
-  EXPECT_EQ(ansi.ReadString(u"S", u"k", u""), u"Grüße");
-  ansi.UpdateFile();
-  EXPECT_EQ(Read(), "[S]\r\nk=Gr\xFC\xDF\x65\r\n\r\n");
 }
 
 TEST(IniFileMemNumbers, ReadLikeTheFrameworksConversion) {
@@ -100,3 +119,41 @@ TEST(IniFileMemNumbers, ReadLikeTheFrameworksConversion) {
 }
 
 }  // namespace
+
+// What decides a file's handling: its mark, whether its bytes are UTF-8 text, whether the
+// ANSI page holds a text; and its conversion to UTF-16, which keeps every line.
+TEST(IniFileMemText, KindsAndTheConversionToUtf16) {
+  const auto kind = [](const std::string& b) {
+    return rtl::IniFileKindOf(reinterpret_cast<const std::uint8_t*>(b.data()), b.size());
+  };
+  EXPECT_EQ(kind("\xFF\xFE["), rtl::TIniFileKind::Utf16LE);
+  EXPECT_EQ(kind("\xFE\xFF"), rtl::TIniFileKind::OtherMark);
+  EXPECT_EQ(kind("\xEF\xBB\xBF["), rtl::TIniFileKind::OtherMark);
+  EXPECT_EQ(kind("\xEF\xBB"), rtl::TIniFileKind::Ansi);
+  EXPECT_EQ(kind(""), rtl::TIniFileKind::Ansi);
+
+  const auto utf8 = [](const std::string& b) {
+    return rtl::IsMultiByteUtf8(reinterpret_cast<const std::uint8_t*>(b.data()), b.size());
+  };
+  for (const char* yes : {"a\xC3\xBC", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xF4\x8F\xBF\xBF", "\xDF\xBF"})
+    EXPECT_TRUE(utf8(yes)) << yes;
+  for (const char* no : {"plain", "\xC3", "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xED\xA0\x80",
+                         "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFC\xBC",
+                         "\xE2\x82", "\x80", "\xC3\xBC\xFF"})
+    EXPECT_FALSE(utf8(no)) << no;
+
+  EXPECT_TRUE(rtl::FitsAnsi(u"Grüße € …"));
+  for (const std::u16string no :
+       std::vector<std::u16string>{u"\u03A9", u"\u0141", u"a\u4E2D", u"\U0001F600", std::u16string(1, 0xD800)})
+    EXPECT_FALSE(rtl::FitsAnsi(no));
+
+  const std::string ansi = "; Kommentar\r\n[Optionen]\r\nName=Gr\xFC\xDF\x65\r\n\r\n";
+  const std::vector<std::uint8_t> converted = rtl::IniFileAsUtf16({ansi.begin(), ansi.end()});
+  const std::u16string text = u"\uFEFF; Kommentar\r\n[Optionen]\r\nName=Grüße\r\n\r\n";
+  ASSERT_EQ(converted.size(), text.size() * 2);
+  for (size_t i = 0; i < text.size(); ++i)
+    EXPECT_EQ(converted[2 * i] | converted[2 * i + 1] << 8, text[i]) << i;
+  const std::string marked = "\xEF\xBB\xBFk=\xE2\x82\xAC";
+  const std::vector<std::uint8_t> fromUtf8 = rtl::IniFileAsUtf16({marked.begin(), marked.end()});
+  EXPECT_EQ(fromUtf8, (std::vector<std::uint8_t>{0xFF, 0xFE, 'k', 0, '=', 0, 0xAC, 0x20}));
+}

@@ -63,7 +63,7 @@ TEST_F(SharedDataWinStartup, SettlesFoldersAndIniFileAndMakesTheLists) {
 
 TEST_F(SharedDataWinStartup, UserDataFolderComesFromTheIniFileAndIsMade) {
   using namespace Qm_tools;
-  const std::u16string wanted = chkPath(GetTmpDir()) + u"NoxUserData\\tief";
+  const std::u16string wanted = chkPath(GetTmpDir()) + u"NoxUserData\\\u0141ukasz \u4E2D\U0001F600";
   RemoveDirectoryW(W(wanted));
   ForceDirectories(rtl::ExtractFilePath(IniName()));
   rtl::TIniFile(IniName()).WriteString(u"Optionen", u"UserDatapath", wanted);
