@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "rtl/encoding.h"
 #include "rtl/ustring.h"
 
 namespace rtl {
@@ -53,17 +54,28 @@ void TWriter::WriteInteger(std::int64_t value) {
 void TWriter::WriteBoolean(bool value) { WriteValue(value ? vaTrue : vaFalse); }
 
 void TWriter::WriteString(std::u16string_view value) {
-  const std::string utf8 = Utf16ToUtf8(value);
-  if (utf8.size() < value.size() * 2) {
-    if (utf8.size() <= 255) {
+  // Text the ANSI code page holds goes into the one-byte types in that page, as the
+  // framework writes it; other text as UTF-8 where that is shorter than UTF-16, else (and
+  // always with a lone surrogate, which UTF-8 cannot carry) as UTF-16.
+  if (FitsAnsi(value)) {
+    const std::vector<std::uint8_t> ansi = TEncoding::ANSI()->GetBytes(value);
+    if (ansi.size() <= 255) {
       WriteValue(vaString);
-      const auto length = static_cast<std::uint8_t>(utf8.size());
+      const auto length = static_cast<std::uint8_t>(ansi.size());
       Bytes(&length, 1);
     } else {
       WriteValue(vaLString);
-      const auto length = static_cast<std::int32_t>(utf8.size());
+      const auto length = static_cast<std::int32_t>(ansi.size());
       Bytes(&length, 4);
     }
+    if (!ansi.empty()) Bytes(ansi.data(), ansi.size());
+    return;
+  }
+  const std::string utf8 = Utf16ToUtf8(value);
+  if (utf8.size() < value.size() * 2 && Utf8ToUtf16(utf8) == value) {
+    WriteValue(vaUTF8String);
+    const auto length = static_cast<std::int32_t>(utf8.size());
+    Bytes(&length, 4);
     Bytes(utf8.data(), utf8.size());
     return;
   }
@@ -157,13 +169,19 @@ bool TReader::ReadBoolean() {
 }
 
 std::u16string TReader::ReadString() {
-  switch (ReadValue()) {
-    case vaString: {
-      std::string utf8(Read<std::uint8_t>(), '\0');
-      Bytes(utf8.data(), utf8.size());
-      return Utf8ToUtf16(utf8);
+  const TValueType type = ReadValue();
+  switch (type) {
+    case vaString:
+    case vaLString: {
+      std::vector<std::uint8_t> bytes(type == vaString ? Read<std::uint8_t>()
+                                                       : Length(Read<std::int32_t>(), 1));
+      if (!bytes.empty()) Bytes(bytes.data(), bytes.size());
+      // Files of earlier versions of this library hold UTF-8 here: well-formed UTF-8 beyond
+      // ASCII reads as such (no ANSI text of any sense is also that).
+      if (IsMultiByteUtf8(bytes.data(), bytes.size()))
+        return Utf8ToUtf16({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+      return TEncoding::ANSI()->GetString(bytes);
     }
-    case vaLString:
     case vaUTF8String: {
       std::string utf8(Length(Read<std::int32_t>(), 1), '\0');
       Bytes(utf8.data(), utf8.size());

@@ -4,9 +4,10 @@
 // TWriter and TReader know the values; which properties a component has is the
 // component's business (ui/controls.h). Pure.
 //
-// Short strings are a length byte and UTF-8; integers take the smallest of 1, 2, 4 or 8
-// bytes (little endian) that holds them; a string is UTF-8 when that is shorter than
-// UTF-16, else UTF-16.
+// Short strings (names) are a length byte and UTF-8; integers take the smallest of 1, 2, 4
+// or 8 bytes (little endian) that holds them. A string value is one-byte text in the ANSI
+// code page when the page holds it (vaString, vaLString), else UTF-8 when that is shorter
+// than UTF-16 (vaUTF8String), else UTF-16 (vaWString).
 #pragma once
 
 #include <cstdint>

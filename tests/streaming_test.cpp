@@ -60,9 +60,12 @@ TEST(StreamingBase64, StreamsInAndOut) {
 
 TEST(StreamingFiler, ValuesTakeTheirSmallestForm) {
   const std::int64_t integers[] = {-128, 300, -70000, std::int64_t{1} << 40};
-  // UTF-8 of "äöü" (6 bytes) is no shorter than its UTF-16 (6): UTF-16.
-  const struct { std::u16string text; rtl::TValueType form; } strings[] = {{u"abc", rtl::vaString}, {u"äöü", rtl::vaWString},
-                 {std::u16string(300, u'x'), rtl::vaLString}};
+  // ANSI text in one byte a character; other text as UTF-8 where that is shorter than
+  // UTF-16 ("aΩ": 3 bytes against 4), else as UTF-16 ("ΩΩΩ": 6 against 6; a lone surrogate).
+  const struct { std::u16string text; rtl::TValueType form; } strings[] = {
+      {u"abc", rtl::vaString}, {u"äöü€", rtl::vaString}, {std::u16string(300, u'ä'), rtl::vaLString},
+      {u"aΩ", rtl::vaUTF8String}, {u"ΩΩΩ", rtl::vaWString}, {u"ab\xD800" u"cd", rtl::vaWString},
+      {u"", rtl::vaString}};
   rtl::TMemoryStream s;
   rtl::TWriter w(s);
   w.WriteSignature();
@@ -88,6 +91,28 @@ TEST(StreamingFiler, ValuesTakeTheirSmallestForm) {
   EXPECT_TRUE(r.ReadBoolean());
   EXPECT_EQ(r.ReadSet(), (std::vector<std::u16string>{u"fsBold", u"fsItalic"}));
   EXPECT_TRUE(r.EndOfList());
+}
+
+// Strings as the framework writes them, by hand: one-byte types in the ANSI code page, and
+// the UTF-8 and UTF-16 types; one-byte UTF-8, as earlier versions of this library wrote
+// it, reads as UTF-8.
+TEST(StreamingFiler, StringsOfEveryValueTypeAsTheFrameworkWritesThem) {
+  const struct { std::vector<std::uint8_t> bytes; std::u16string text; } cases[] = {
+      {{6, 5, 'G', 'r', 0xFC, 0xDF, 'e'}, u"Grüße"},
+      {{12, 3, 0, 0, 0, 0x80, 0x85, 0xE4}, u"€…ä"},
+      {{20, 5, 0, 0, 0, 0xC5, 0x81, 0xE4, 0xB8, 0xAD}, u"Ł中"},
+      {{18, 2, 0, 0, 0, 0xA9, 0x03, 0x3D, 0xD8}, u"Ω\xD83D"},
+      {{6, 2, 0xC3, 0xB6}, u"ö"},
+      {{6, 2, 0xC3, 0x28}, u"Ã("},
+  };
+  for (const auto& c : cases) {
+    rtl::TMemoryStream s(c.bytes);
+    EXPECT_EQ(rtl::TReader(s).ReadString(), c.text);
+  }
+  rtl::TMemoryStream written;
+  rtl::TWriter(written).WriteString(u"Grüße");
+  EXPECT_EQ(written.Bytes(), cases[0].bytes);
+
 }
 
 TEST(StreamingFiler, Refusing) {
