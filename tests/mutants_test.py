@@ -3,7 +3,8 @@
 commands of the test's own: the sources come back byte for byte after failed builds, after
 SIGINT in the middle of a test run and after a run killed outright; an edit made while a
 file holds a fault survives its restore; the sample depends on the seed alone; comments,
-preprocessor lines and static_assert never carry a fault.
+preprocessor lines and static_assert never carry a fault; a source copied in with an old
+time but new content is given the present time before a build.
 
     mutants_test.py <path of mutants.py>
 """
@@ -184,7 +185,32 @@ def test_interrupted(root, signum):
     return code
 
 
+def test_stale_objects(root):
+    """A source copied in with an old time but new content gets the present time before the
+    build, so that the build cannot keep the object of its old content; one whose content
+    is as last seen keeps its time."""
+    import importlib.util
+    spec = importlib.util.spec_from_file_location("mutants_tool", TOOL)
+    module = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(module)
+    runner = module.Runner(module.parse(["--root", root, "fields"]))
+    os.makedirs(runner.build_dir("native"), exist_ok=True)
+    runner.refresh_stamps("native", built_before=False)  # first sight: digests only
+    old = time.time() - 3600
+    changed, same = os.path.join(root, "lib/count.cpp"), os.path.join(root, "lib/name.cpp")
+    with open(changed, "a") as f:
+        f.write("// more\n")
+    for path in (changed, same):
+        os.utime(path, (old, old))
+    runner.refresh_stamps("native", built_before=True)
+    check(os.path.getmtime(changed) > old + 3000, "a changed source keeps its old time")
+    check(abs(os.path.getmtime(same) - old) < 2, "an unchanged source got a new time")
+
+
 def main():
+    with tempfile.TemporaryDirectory(prefix="mutants-test-") as scratch:
+        make_tree(scratch)
+        test_stale_objects(scratch)
     with tempfile.TemporaryDirectory(prefix="mutants-test-") as root:
         make_tree(root)
         intact = listing(root, "--count", "1000")
