@@ -37,9 +37,10 @@ endfunction()
 # nox_win_tests(LABEL <family> PREFIX <Suite> SOURCES <files...> LIBS <libs...>)
 #   Tests that need Win32 (windows, messages, processes, registry): windows build only, all
 #   in the one executable win_tests.exe, selected by suite prefix as above; NAME and
-#   EXTRA_LABELS as above.
+#   EXTRA_LABELS as above. LOCKS names what the tests need to themselves while they run:
+#   `desktop` for the clipboard and the keyboard focus, which every process shares.
 function(nox_win_tests)
-  cmake_parse_arguments(A "" "LABEL;PREFIX;NAME" "SOURCES;LIBS;EXTRA_LABELS" ${ARGN})
+  cmake_parse_arguments(A "" "LABEL;PREFIX;NAME" "SOURCES;LIBS;EXTRA_LABELS;LOCKS" ${ARGN})
   if(NOT A_NAME)
     set(A_NAME ${A_LABEL})
   endif()
@@ -55,5 +56,8 @@ function(nox_win_tests)
     target_link_libraries(win_tests PRIVATE ${A_LIBS})
     add_test(NAME win32.${A_NAME} COMMAND win_tests --gtest_filter=${A_PREFIX}*)
     set_tests_properties(win32.${A_NAME} PROPERTIES LABELS "${A_LABEL};${A_EXTRA_LABELS};windows")
+    if(A_LOCKS)
+      set_tests_properties(win32.${A_NAME} PROPERTIES RESOURCE_LOCK "${A_LOCKS}")
+    endif()
   endif()
 endfunction()

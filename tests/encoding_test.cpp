@@ -311,6 +311,50 @@ TEST(EncodingLists, SaveThenLoadKeepsEveryLineInEachEncoding) {
   }
 }
 
+// What passes as UTF-8 text beyond ASCII, and what the ANSI page holds: they decide how an
+// unmarked file is read and whether a text may go into one-byte storage.
+TEST(EncodingUtf8Text, WellFormedMultiByteUtf8AndWhatAnsiHolds) {
+  const auto utf8 = [](std::string_view b) {
+    return rtl::IsMultiByteUtf8(reinterpret_cast<const std::uint8_t*>(b.data()), b.size());
+  };
+  for (const auto yes : {"a\xC3\xBC"sv, "\xE2\x82\xAC"sv, "\xF0\x9F\x98\x80"sv, "\xF4\x8F\xBF\xBF"sv,
+                         "\xDF\xBF"sv, "\xEF\xBF\xBD"sv})
+    EXPECT_TRUE(utf8(yes)) << yes;
+  for (const auto no : {"plain"sv, "\xC3"sv, "\xC0\x80"sv, "\xC1\xBF\x80"sv, "\xE0\x9F\xBF"sv,
+                        "\xED\xA0\x80"sv, "\xF0\x8F\xBF\xBF"sv, "\xF4\x90\x80\x80"sv, "\xF5\x80\x80\x80"sv,
+                        "\xFC\xBC"sv, "\xE2\x82"sv, "\x80\x80\x80"sv, "\xC3\xBC\xFF"sv, "\xC3\xC3\xBC"sv})
+    EXPECT_FALSE(utf8(no)) << no;
+
+  if (AnsiIs1252()) EXPECT_TRUE(rtl::FitsAnsi(u"Grüße € …"));
+  for (const std::u16string no : std::vector<std::u16string>{
+           u"\u03A9", u"\u0141", u"a\u4E2D", u"\U0001F600", std::u16string(1, 0xD800)})
+    EXPECT_FALSE(rtl::FitsAnsi(no));
+
+  // Streams: a short read or write is an error in the framework's words, a one-byte write
+  // is written; a character cut off by the end of the stream is read as malformed input.
+  rtl::TMemoryStream stream;
+  stream.WriteBuffer("x", 1);
+  EXPECT_EQ(stream.Size(), 1);
+  stream.SetPosition(0);
+  char two[2];
+  try {
+    stream.ReadBuffer(two, 2);
+    ADD_FAILURE() << "read past the end";
+  } catch (const rtl::EReadError& e) {
+    EXPECT_EQ(e.Message(), u"Stream read error");
+  }
+  const std::string_view cut = "ab\r\ncd\xE2\x82";
+  rtl::TMemoryStream cutStream(Bytes(cut.begin(), cut.end()));
+  rtl::TStreamReader reader(cutStream, TEncoding::UTF8(), false, 16);
+  EXPECT_EQ(reader.ReadLine(), u"ab");
+  EXPECT_EQ(reader.ReadLine(), u"cd" + TEncoding::UTF8()->GetString(Bytes(cut.end() - 2, cut.end())));
+  // A file's own encoding given: its bytes are read so even without a mark.
+  const TempFile file(Bytes{'G', 'r', 0xC3, 0xBC, 0xC3, 0x9F, 'e'});
+  rtl::TStringList lines;
+  rtl::LoadFromFile(lines, file.name, TEncoding::UTF8());
+  EXPECT_EQ(lines.Text(), u"Grüße\r\n");
+}
+
 TEST(EncodingFileStream, ReportsTheFileItCannotOpen) {
   const std::u16string missing = TempName(u"nox-encoding-absent");
   try {

@@ -1,1 +1,1 @@
-nox_win_tests(LABEL menus PREFIX Menus SOURCES menus_test.cpp LIBS nox_ui)
+nox_win_tests(LABEL menus PREFIX Menus SOURCES menus_test.cpp LIBS nox_ui LOCKS desktop)
