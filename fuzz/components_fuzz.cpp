@@ -1,7 +1,8 @@
 // Fuzz target for component files as ReadComponent and LoadCompFromFile read them: the
 // reading rule decides everything before a control is made, so a tree it accepts must be
 // one the window part can build: every component after the one it goes inside, no name
-// twice, none deeper than the limit, every property one its class has.
+// twice, none deeper than the limit, every property one its class has (and every
+// property of a collection's item one of the item's class).
 #include <cstddef>
 #include <cstdint>
 #include <set>
@@ -38,9 +39,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     depth.push_back(c.Enclosing < 0 ? 1 : depth[static_cast<std::size_t>(c.Enclosing)] + 1);
     Check(depth.back() <= ui::kMaxNestingDepth, "nested beyond the limit");
     Check(c.Name.empty() || names.insert(rtl::UpperCase(c.Name)).second, "a name twice");
-    for (const ui::TPropertyValue& v : c.Properties)
+    for (const ui::TPropertyValue& v : c.Properties) {
       Check(v.Info != nullptr && ui::FindPropertyInfo(*c.Info, v.Info->Name) == v.Info,
             "a property of another class");
+      for (const std::vector<ui::TPropertyValue>& item : v.Items)
+        for (const ui::TPropertyValue& part : item)
+          Check(ui::FindPropertyInfo(*ui::FindClassInfo(v.Info->Class), part.Info->Name) == part.Info,
+                "an item property of another class");
+    }
   }
   return 0;
 }

@@ -19,6 +19,16 @@ using Body = std::function<void(TWriter&)>;
 const Body kNothing = [](TWriter&) {};
 Body Ident(std::u16string s) { return [=](TWriter& w) { w.WriteIdent(s); }; }
 Body Int(std::int64_t i) { return [=](TWriter& w) { w.WriteInteger(i); }; }
+Body Text(std::u16string s) { return [=](TWriter& w) { w.WriteString(s); }; }
+Body Set(std::vector<std::u16string> members) { return [=](TWriter& w) { w.WriteSet(members); }; }
+// A collection whose items each write their properties with one of `items`.
+Body Collection(std::vector<Body> items) {
+  return [=](TWriter& w) {
+    w.WriteValue(rtl::vaCollection);
+    for (const Body& item : items) w.WriteValue(rtl::vaList), item(w), w.WriteListEnd();
+    w.WriteListEnd();
+  };
+}
 
 // A component: its class, its name, the properties `props` writes, the children `inside` writes.
 Body Component(std::u16string cls, std::u16string name, Body props, Body inside = kNothing) {
@@ -62,6 +72,12 @@ Body With(std::u16string cls, std::u16string name, std::u16string property, Body
 }
 
 Body LabelWith(const char16_t* property, Body value) { return With(u"TLabel", u"L", property, value); }
+Body Property(std::u16string name, Body value) { return [=](TWriter& w) { w.WriteStr(name), value(w); }; }
+Body Sections(std::vector<Body> items) { return With(u"THeaderControl", u"H", u"Sections", Collection(items)); }
+Body Grid(std::u16string name, int cols, int rows) {
+  return Component(u"TStringGrid", name,
+                   Both(Property(u"ColCount", Int(cols)), Property(u"RowCount", Int(rows))));
+}
 
 // An image whose picture data name the graphic class `cls` (none when empty).
 Body Picture(const std::string& cls, std::vector<std::uint8_t> rest) {
@@ -103,6 +119,33 @@ TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
        Refusal::filer, u"Bitmap-Länge"},
       {"an unknown graphic class", Picture("TFrobImage", {1, 2, 3}), Refusal::classNotFound},
       {"picture data without a class", Picture("", {}), Refusal::read},
+      {"an anchor that is none", LabelWith(u"Anchors", Set({u"akLeft", u"akMiddle"})), Refusal::filer,
+       u"akMiddle"},
+      {"a set as one name", LabelWith(u"Anchors", Ident(u"akLeft")), Refusal::filer},
+      {"a number for a font style", LabelWith(u"Font.Style", Int(1)), Refusal::filer},
+      {"a part the font lacks", LabelWith(u"Font.Size", Int(8)), Refusal::filer, u"Font.Size"},
+      {"a negative margin", LabelWith(u"Margins.Left", Int(-1)), Refusal::filer},
+      {"an unknown cursor", LabelWith(u"Cursor", Ident(u"crBanana")), Refusal::filer, u"crBanana"},
+      {"a cursor beyond 16 bits", LabelWith(u"Cursor", Int(40000)), Refusal::filer},
+      {"a reference as text", LabelWith(u"PopupMenu", Text(u"Menu1")), Refusal::filer},
+      {"a reference as True", LabelWith(u"PopupMenu", Ident(u"True")), Refusal::filer},
+      {"an unknown shape", With(u"TShape", u"S", u"Shape", Ident(u"stStar")), Refusal::filer, u"stStar"},
+      {"a pen wider than any screen", With(u"TShape", u"S", u"Pen.Width", Int(1 << 20)), Refusal::filer},
+      {"a negative interval", With(u"TTimer", u"T", u"Interval", Int(-1)), Refusal::filer},
+      {"check marks as text", With(u"TCheckListBox", u"C", u"Checks", Text(u"1")), Refusal::filer},
+      {"sections as a list of strings",
+       With(u"THeaderControl", u"H", u"Sections", [](TWriter& w) { w.WriteValue(rtl::vaList), w.WriteListEnd(); }),
+       Refusal::filer},
+      {"a section property it lacks", Sections({Property(u"Caption", Text(u"x"))}), Refusal::filer, u"Caption"},
+      {"a section that is no list",
+       With(u"THeaderControl", u"H", u"Sections",
+            [](TWriter& w) { w.WriteValue(rtl::vaCollection), w.WriteString(u"x"), w.WriteListEnd(); }),
+       Refusal::filer},
+      {"a section as its own component", Child(u"THeaderSection", u"S"), Refusal::classNotFound},
+      {"a grid without columns", Grid(u"G", 0, 5), Refusal::filer},
+      {"a grid of 52429 x 5 cells", Grid(u"G", 52429, 5), Refusal::filer},
+      {"grids of 512 x 512 cells together", Both(Grid(u"G1", 512, 256), Grid(u"G2", 512, 257)),
+       Refusal::filer},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -131,8 +174,11 @@ TEST(StreamingHostile, NestingUpToTheLimitIsRead) {
 TEST(StreamingHostile, EveryPrefixOfAFormIsRefusedWithTheFormatsErrors) {
   const std::vector<std::uint8_t> whole = FormBytes(Both(
       Child(u"TPanel", u"Panel1",
-            Both(LabelWith(u"Caption", [](TWriter& w) { w.WriteString(u"Grüße"); }),
-                 Picture("TBitmap", {2, 0, 0, 0, 'B', 'M'}))),
+            Both(Both(LabelWith(u"Caption", [](TWriter& w) { w.WriteString(u"Grüße"); }),
+                      Picture("TBitmap", {2, 0, 0, 0, 'B', 'M'})),
+                 Both(Sections({Both(Property(u"Text", Text(u"A")), Property(u"Width", Int(80)))}),
+                      Component(u"TShape", u"S", Both(Property(u"Font.Style", Set({u"fsBold"})),
+                                                      Property(u"Cursor", Ident(u"crHandPoint"))))))),
       Child(u"TPopupMenu", u"Menu1", Child(u"TMenuItem", u"Item1"))));
   ASSERT_NO_THROW(Read(whole));
   for (std::size_t n = 0; n < whole.size(); ++n)
@@ -172,6 +218,28 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
             ui::kNoParent);
 }
 
+TEST(StreamingHostile, CollectionItemsArriveInTheirOrderWithTheirProperties) {
+  // The framework may put an item's index before it.
+  const ui::TComponentTree tree = Read(FormBytes(With(u"THeaderControl", u"H", u"Sections", [](TWriter& w) {
+    w.WriteValue(rtl::vaCollection);
+    w.WriteValue(rtl::vaList), w.WriteStr(u"Text"), w.WriteString(u"Name"), w.WriteStr(u"Width"),
+        w.WriteInteger(120), w.WriteListEnd();
+    w.WriteInteger(1);
+    w.WriteValue(rtl::vaList), w.WriteStr(u"width"), w.WriteInteger(30), w.WriteListEnd();
+    w.WriteValue(rtl::vaList), w.WriteListEnd();
+    w.WriteListEnd();
+  })));
+  const std::vector<std::vector<ui::TPropertyValue>>& items = tree.Children.at(0).Properties.at(0).Items;
+  ASSERT_EQ(items.size(), 3u);
+  ASSERT_EQ(items[0].size(), 2u);
+  EXPECT_EQ(items[0][0].Text, u"Name");
+  EXPECT_EQ(items[0][1].Integer, 120);
+  ASSERT_EQ(items[1].size(), 1u);
+  EXPECT_EQ(items[1][0].Info->Name, u"Width");
+  EXPECT_EQ(items[1][0].Integer, 30);
+  EXPECT_TRUE(items[2].empty());
+}
+
 TEST(StreamingHostile, ValuesArriveCheckedAndSpelledAsTheClassSpellsThem) {
   // Each on an unnamed component of its own; unnamed components may be many.
   const struct {
@@ -187,6 +255,18 @@ TEST(StreamingHostile, ValuesArriveCheckedAndSpelledAsTheClassSpellsThem) {
       // The system colour COLOR_BTNFACE (15), as the framework stores it.
       {u"TLabel", u"Color", Ident(u"clBtnFace"), std::int32_t(0xFF00000Fu), u"clBtnFace"},
       {u"TPanel", u"Color", Int(0x123456), 0x123456, u""},
+      // Bit i for the i-th of akLeft, akTop, akRight, akBottom.
+      {u"TLabel", u"Anchors", Set({u"akRight", u"AKTOP"}), 0b0110, u""},
+      {u"TLabel", u"Font.Style", Set({}), 0, u""},
+      // The framework's numbers: crHandPoint is -21; a program's own cursor is a number.
+      {u"TLabel", u"Cursor", Ident(u"crHandPoint"), -21, u"crHandPoint"},
+      {u"TLabel", u"Cursor", Int(5), 5, u""},
+      {u"TLabel", u"PopupMenu", Ident(u"Menu1"), 0, u"Menu1"},
+      {u"TLabel", u"PopupMenu", Ident(u"nil"), 0, u""},
+      {u"TTimer", u"Interval", Int(0xFFFFFFFF), 0xFFFFFFFF, u""},
+      {u"TShape", u"Shape", Ident(u"stCircle"), 5, u"stCircle"},
+      // With the five rows it starts with, the most columns there may be.
+      {u"TStringGrid", u"ColCount", Int(52428), 52428, u""},
   };
   Body children = Picture("TBitmap", {3, 0, 0, 0, 'B', 'M', 'x', 'y', 'z'});
   for (auto it = std::rbegin(values); it != std::rend(values); ++it)

@@ -26,6 +26,19 @@ constexpr std::u16string_view kPositions[] = {u"poDesigned", u"poDefault", u"poD
                                               u"poScreenCenter", u"poMainFormCenter"};
 constexpr std::u16string_view kBorderStyles[] = {u"bsNone", u"bsSingle", u"bsSizeable",
                                                  u"bsDialog", u"bsToolWindow"};
+// A scroll box's border is one of the first two.
+constexpr std::u16string_view kScrollBoxBorders[] = {u"bsNone", u"bsSingle"};
+constexpr std::u16string_view kFormStyles[] = {u"fsNormal", u"fsStayOnTop"};
+constexpr std::u16string_view kWindowStates[] = {u"wsNormal", u"wsMinimized", u"wsMaximized"};
+constexpr std::u16string_view kFontStyles[] = {u"fsBold", u"fsItalic", u"fsUnderline",
+                                               u"fsStrikeOut"};
+constexpr std::u16string_view kFontPitches[] = {u"fpDefault", u"fpVariable", u"fpFixed"};
+constexpr std::u16string_view kAnchors[] = {u"akLeft", u"akTop", u"akRight", u"akBottom"};
+constexpr std::u16string_view kStyleElements[] = {u"seFont", u"seClient", u"seBorder"};
+constexpr std::u16string_view kShapes[] = {u"stRectangle",   u"stSquare",  u"stRoundRect",
+                                           u"stRoundSquare", u"stEllipse", u"stCircle"};
+constexpr std::u16string_view kPenStyles[] = {u"psSolid", u"psDash", u"psDot", u"psClear"};
+constexpr std::u16string_view kBrushStyles[] = {u"bsSolid", u"bsClear"};
 
 // System colours carry the window system's colour index (COLOR_BTNFACE is 15, ...).
 constexpr std::pair<TColor, std::u16string_view> kColors[] = {
@@ -44,18 +57,62 @@ constexpr std::pair<TColor, std::u16string_view> kColors[] = {
     {0xFFFFFF, u"clWhite"},
 };
 
+constexpr std::pair<int, std::u16string_view> kCursors[] = {
+    {0, u"crDefault"},     {-1, u"crNone"},        {-2, u"crArrow"},      {-3, u"crCross"},
+    {-4, u"crIBeam"},      {-5, u"crSize"},        {-6, u"crSizeNESW"},   {-7, u"crSizeNS"},
+    {-8, u"crSizeNWSE"},   {-9, u"crSizeWE"},      {-10, u"crUpArrow"},   {-11, u"crHourGlass"},
+    {-12, u"crDrag"},      {-13, u"crNoDrop"},     {-14, u"crHSplit"},    {-15, u"crVSplit"},
+    {-16, u"crMultiDrag"}, {-17, u"crSQLWait"},    {-18, u"crNo"},        {-19, u"crAppStart"},
+    {-20, u"crHelp"},      {-21, u"crHandPoint"},  {-22, u"crSizeAll"},
+};
+
+// Sizes that a control's painting multiplies or adds stay far from overflowing.
+constexpr std::int64_t kMaxExtent = 32767;
+constexpr std::int64_t kMaxInt32 = std::numeric_limits<std::int32_t>::max();
+
 constexpr TPropertyInfo kComponentProps[] = {{u"Tag", pkInt64}};
 constexpr TPropertyInfo kControlProps[] = {
-    {u"Left", pkInteger},       {u"Top", pkInteger},
-    {u"Width", pkInteger},      {u"Height", pkInteger},
-    {u"Align", pkEnum, kAligns}, {u"AlignWithMargins", pkBoolean},
-    {u"Caption", pkString},     {u"Color", pkColor},
-    {u"ParentColor", pkBoolean}, {u"Enabled", pkBoolean},
+    {u"Left", pkInteger},
+    {u"Top", pkInteger},
+    {u"Width", pkInteger},
+    {u"Height", pkInteger},
+    {u"Anchors", pkSet, kAnchors},
+    {u"Align", pkEnum, kAligns},
+    {u"AlignWithMargins", pkBoolean},
+    {u"Constraints.MaxHeight", pkInteger, {}, {}, 0, kMaxInt32},
+    {u"Constraints.MaxWidth", pkInteger, {}, {}, 0, kMaxInt32},
+    {u"Constraints.MinHeight", pkInteger, {}, {}, 0, kMaxInt32},
+    {u"Constraints.MinWidth", pkInteger, {}, {}, 0, kMaxInt32},
+    {u"Margins.Left", pkInteger, {}, {}, 0, kMaxExtent},
+    {u"Margins.Top", pkInteger, {}, {}, 0, kMaxExtent},
+    {u"Margins.Right", pkInteger, {}, {}, 0, kMaxExtent},
+    {u"Margins.Bottom", pkInteger, {}, {}, 0, kMaxExtent},
+    {u"Font.Color", pkColor},
+    {u"Font.Height", pkInteger},
+    {u"Font.Name", pkString},
+    {u"Font.Pitch", pkEnum, kFontPitches},
+    {u"Font.Style", pkSet, kFontStyles},
+    {u"ParentFont", pkBoolean},
+    {u"Caption", pkString},
+    {u"Color", pkColor},
+    {u"ParentColor", pkBoolean},
+    {u"Cursor", pkCursor},
+    {u"Enabled", pkBoolean},
+    {u"Hint", pkString},
+    {u"ParentShowHint", pkBoolean},
+    {u"ShowHint", pkBoolean},
+    {u"PopupMenu", pkComponent, {}, u"TPopupMenu"},
+    {u"StyleElements", pkSet, kStyleElements},
     {u"Visible", pkBoolean},
 };
+// The framework numbers the tab order from 0; -1 is "not placed yet".
+constexpr TPropertyInfo kWinControlProps[] = {{u"TabOrder", pkInteger, {}, {}, -1, kMaxExtent}};
 constexpr TPropertyInfo kFormProps[] = {{u"BorderStyle", pkEnum, kBorderStyles},
+                                        {u"FormStyle", pkEnum, kFormStyles},
                                         {u"Position", pkEnum, kPositions},
-                                        {u"KeyPreview", pkBoolean}};
+                                        {u"KeyPreview", pkBoolean},
+                                        {u"WindowState", pkEnum, kWindowStates}};
+constexpr TPropertyInfo kFrameProps[] = {{u"ParentBackground", pkBoolean}};
 constexpr TPropertyInfo kLabelProps[] = {{u"AutoSize", pkBoolean},
                                          {u"ShowAccelChar", pkBoolean},
                                          {u"Transparent", pkBoolean},
@@ -64,15 +121,40 @@ constexpr TPropertyInfo kPanelProps[] = {{u"BevelInner", pkEnum, kBevels},
                                          {u"BevelOuter", pkEnum, kBevels},
                                          {u"BevelWidth", pkInteger},
                                          {u"BorderWidth", pkInteger},
+                                         {u"ParentBackground", pkBoolean},
                                          {u"ShowCaption", pkBoolean}};
 constexpr TPropertyInfo kImageProps[] = {{u"Picture.Data", pkPicture},
                                          {u"Center", pkBoolean},
                                          {u"Proportional", pkBoolean},
                                          {u"Stretch", pkBoolean},
                                          {u"Transparent", pkBoolean}};
+constexpr TPropertyInfo kShapeProps[] = {{u"Brush.Color", pkColor},
+                                         {u"Brush.Style", pkEnum, kBrushStyles},
+                                         {u"Pen.Color", pkColor},
+                                         {u"Pen.Style", pkEnum, kPenStyles},
+                                         {u"Pen.Width", pkInteger, {}, {}, 0, kMaxExtent},
+                                         {u"Shape", pkEnum, kShapes}};
+constexpr TPropertyInfo kScrollBoxProps[] = {{u"BorderStyle", pkEnum, kScrollBoxBorders},
+                                             {u"ParentBackground", pkBoolean}};
 constexpr TPropertyInfo kListBoxProps[] = {{u"Items.Strings", pkStrings}};
+// Not a property of the framework's: the check marks, one byte per line (ui/checklst.h).
+constexpr TPropertyInfo kCheckListBoxProps[] = {{u"Checks", pkBinary}};
 constexpr TPropertyInfo kMemoProps[] = {{u"Lines.Strings", pkStrings}};
 constexpr TPropertyInfo kCheckBoxProps[] = {{u"Checked", pkBoolean}};
+// Counts and sizes that the grid's painting multiplies stay within 32 bits; the cells
+// of all grids are limited further (kMaxGridCells).
+constexpr TPropertyInfo kStringGridProps[] = {
+    {u"ColCount", pkInteger, {}, {}, 1, 65536},
+    {u"DefaultColWidth", pkInteger, {}, {}, 0, kMaxExtent},
+    {u"DefaultRowHeight", pkInteger, {}, {}, 0, kMaxExtent},
+    {u"FixedCols", pkInteger},
+    {u"FixedRows", pkInteger},
+    {u"RowCount", pkInteger, {}, {}, 1, 65536}};
+constexpr TPropertyInfo kHeaderControlProps[] = {{u"Sections", pkCollection, {}, u"THeaderSection"}};
+constexpr TPropertyInfo kHeaderSectionProps[] = {{u"Text", pkString}, {u"Width", pkInteger}};
+constexpr TPropertyInfo kTimerProps[] = {
+    {u"Enabled", pkBoolean},
+    {u"Interval", pkInteger, {}, {}, 0, std::numeric_limits<std::uint32_t>::max()}};
 constexpr TPropertyInfo kMenuItemProps[] = {{u"Caption", pkString},
                                             {u"Checked", pkBoolean},
                                             {u"Enabled", pkBoolean},
@@ -83,24 +165,26 @@ constexpr TPropertyInfo kMenuItemProps[] = {{u"Caption", pkString},
 constexpr TClassInfo kClasses[] = {
     {u"TComponent", u"", false, plNone, false, false, kComponentProps},
     {u"TControl", u"TComponent", false, plControl, false, false, kControlProps},
-    {u"TWinControl", u"TControl", false, plControl, true, false, {}},
+    {u"TWinControl", u"TControl", false, plControl, true, false, kWinControlProps},
     {u"TForm", u"TWinControl", false, plControl, true, false, kFormProps},
-    {u"TFrame", u"TWinControl", false, plControl, true, false, {}},
+    {u"TFrame", u"TWinControl", false, plControl, true, false, kFrameProps},
     {u"TLabel", u"TControl", true, plControl, false, false, kLabelProps},
     {u"TPanel", u"TWinControl", true, plControl, true, false, kPanelProps},
     {u"TImage", u"TControl", true, plControl, false, false, kImageProps},
-    {u"TShape", u"TControl", true, plControl, false, false, {}},
+    {u"TShape", u"TControl", true, plControl, false, false, kShapeProps},
     {u"TSpeedButton", u"TWinControl", true, plControl, true, false, {}},
-    {u"TScrollBox", u"TWinControl", true, plControl, true, false, {}},
+    {u"TScrollBox", u"TWinControl", true, plControl, true, false, kScrollBoxProps},
     {u"TListBox", u"TWinControl", true, plControl, true, false, kListBoxProps},
-    {u"TCheckListBox", u"TListBox", true, plControl, true, false, {}},
+    {u"TCheckListBox", u"TListBox", true, plControl, true, false, kCheckListBoxProps},
     {u"TMemo", u"TWinControl", true, plControl, true, false, kMemoProps},
     {u"TCheckBox", u"TWinControl", true, plControl, true, false, kCheckBoxProps},
-    {u"TStringGrid", u"TWinControl", true, plControl, true, false, {}},
-    {u"THeaderControl", u"TWinControl", true, plControl, true, false, {}},
-    {u"TTimer", u"TComponent", true, plNone, false, false, {}},
+    {u"TStringGrid", u"TWinControl", true, plControl, true, false, kStringGridProps},
+    {u"THeaderControl", u"TWinControl", true, plControl, true, false, kHeaderControlProps},
+    {u"TTimer", u"TComponent", true, plNone, false, false, kTimerProps},
     {u"TPopupMenu", u"TComponent", true, plNone, false, true, {}},
     {u"TMenuItem", u"TComponent", true, plMenuItem, false, true, kMenuItemProps},
+    // An item of a header's Sections, never a component of a stream of its own.
+    {u"THeaderSection", u"", false, plNone, false, false, kHeaderSectionProps},
 };
 
 // The graphic classes a picture's data may name.
@@ -111,12 +195,22 @@ constexpr std::u16string_view kGraphicClasses[] = {u"TBitmap", u"TPngImage", u"T
   throw EFilerError(u"Ungültiger Eigenschaftswert: " + detail);
 }
 
-std::int64_t ReadInt32(TReader& r) {
+std::int64_t ReadInRange(TReader& r, std::int64_t min, std::int64_t max) {
   const std::int64_t value = r.ReadInteger();
-  if (value < std::numeric_limits<std::int32_t>::min() ||
-      value > std::numeric_limits<std::int32_t>::max())
-    BadValue(rtl::IntToStr(value));
+  if (value < min || value > max) BadValue(rtl::IntToStr(value));
   return value;
+}
+
+std::int64_t ReadInt32(TReader& r) {
+  return ReadInRange(r, std::numeric_limits<std::int32_t>::min(),
+                     std::numeric_limits<std::int32_t>::max());
+}
+
+// The index of `ident` among the property's names.
+std::size_t IdentIndex(const TPropertyInfo& info, std::u16string_view ident) {
+  for (std::size_t i = 0; i < info.Idents.size(); ++i)
+    if (rtl::SameText(ident, info.Idents[i])) return i;
+  BadValue(std::u16string(ident));
 }
 
 // A picture's data: the graphic class's name, for a bitmap the count of its bytes, then
@@ -140,24 +234,42 @@ void ReadPicture(TReader& r, TPropertyValue& v) {
   if (count > 0) data.ReadBuffer(v.Bytes.data(), v.Bytes.size());
 }
 
+TPropertyValue ReadNamedValue(TReader& r, const TClassInfo& cls, const std::u16string& owner);
+
+// Items of the framework's collections: each a list of properties of the item class,
+// the framework's optional index before it passed over.
+void ReadCollection(TReader& r, const TPropertyInfo& info, TPropertyValue& v) {
+  if (r.ReadValue() != rtl::vaCollection) BadValue(std::u16string(info.Name));
+  const TClassInfo* item = FindClassInfo(info.Class);
+  while (!r.EndOfList()) {
+    if (const rtl::TValueType t = r.NextValue(); t == rtl::vaInt8 || t == rtl::vaInt16 || t == rtl::vaInt32)
+      r.ReadInteger();
+    if (r.ReadValue() != rtl::vaList) BadValue(std::u16string(info.Name));
+    std::vector<TPropertyValue>& properties = v.Items.emplace_back();
+    while (!r.EndOfList()) properties.push_back(ReadNamedValue(r, *item, std::u16string(info.Name)));
+    r.ReadListEnd();
+  }
+  r.ReadListEnd();
+}
+
 TPropertyValue ReadValue(TReader& r, const TPropertyInfo& info) {
   TPropertyValue v;
   v.Info = &info;
   switch (info.Kind) {
-    case pkInteger: v.Integer = ReadInt32(r); break;
+    case pkInteger: v.Integer = ReadInRange(r, info.Min, info.Max); break;
     case pkInt64: v.Integer = r.ReadInteger(); break;
     case pkBoolean: v.Integer = r.ReadBoolean() ? 1 : 0; break;
     case pkString: v.Text = r.ReadString(); break;
     case pkEnum: {
-      const std::u16string ident = r.ReadIdent();
-      for (std::size_t i = 0; i < info.Idents.size(); ++i)
-        if (rtl::SameText(ident, info.Idents[i])) {
-          v.Integer = static_cast<std::int64_t>(i);
-          v.Text = info.Idents[i];
-          return v;
-        }
-      BadValue(ident);
+      const std::size_t i = IdentIndex(info, r.ReadIdent());
+      v.Integer = static_cast<std::int64_t>(i);
+      v.Text = info.Idents[i];
+      break;
     }
+    case pkSet:
+      for (const std::u16string& member : r.ReadSet())
+        v.Integer |= std::int64_t{1} << IdentIndex(info, member);
+      break;
     case pkColor:
       if (r.NextValue() == rtl::vaIdent) {
         v.Text = r.ReadIdent();
@@ -168,26 +280,68 @@ TPropertyValue ReadValue(TReader& r, const TPropertyInfo& info) {
         v.Integer = ReadInt32(r);
       }
       break;
+    case pkCursor:
+      // The framework's cursors are 16-bit; a program may register its own by number.
+      if (r.NextValue() == rtl::vaIdent) {
+        v.Text = r.ReadIdent();
+        int cursor = 0;
+        if (!IdentToCursor(v.Text, cursor)) BadValue(v.Text);
+        v.Integer = cursor;
+      } else {
+        v.Integer = ReadInRange(r, std::numeric_limits<std::int16_t>::min(),
+                                std::numeric_limits<std::int16_t>::max());
+      }
+      break;
     case pkStrings:
       if (r.ReadValue() != rtl::vaList) BadValue(std::u16string(info.Name));
       while (!r.EndOfList()) v.Lines.push_back(r.ReadString());
       r.ReadListEnd();
       break;
     case pkPicture: ReadPicture(r, v); break;
+    case pkBinary: v.Bytes = r.ReadBinary(); break;
+    case pkCollection: ReadCollection(r, info, v); break;
+    case pkComponent:
+      // A name, or nil for none; "True" and the like are no names.
+      if (r.NextValue() == rtl::vaNil) {
+        r.ReadValue();
+      } else {
+        if (r.NextValue() != rtl::vaIdent) BadValue(std::u16string(info.Name));
+        v.Text = r.ReadIdent();
+        if (v.Text.empty()) BadValue(std::u16string(info.Name));
+      }
+      break;
   }
   return v;
 }
 
+// A property's name and its value; `owner` names what it belongs to in the message.
+TPropertyValue ReadNamedValue(TReader& r, const TClassInfo& cls, const std::u16string& owner) {
+  const std::u16string name = r.ReadStr();
+  const TPropertyInfo* info = FindPropertyInfo(cls, name);
+  if (info == nullptr)
+    throw EFilerError(u"Fehler beim Lesen von " + owner + u"." + name + u": Eigenschaft " +
+                      name + u" existiert nicht");
+  return ReadValue(r, *info);
+}
+
 void ReadProperties(TReader& r, TStreamedComponent& c) {
-  while (!r.EndOfList()) {
-    const std::u16string name = r.ReadStr();
-    const TPropertyInfo* info = FindPropertyInfo(*c.Info, name);
-    if (info == nullptr)
-      throw EFilerError(u"Fehler beim Lesen von " + c.Name + u"." + name + u": Eigenschaft " +
-                        name + u" existiert nicht");
-    c.Properties.push_back(ReadValue(r, *info));
-  }
+  while (!r.EndOfList()) c.Properties.push_back(ReadNamedValue(r, *c.Info, c.Name));
   r.ReadListEnd();
+}
+
+// Adds the cells a string grid keeps to those of the grids before it: its counts as
+// read, else those it starts with.
+void CountGridCells(const TStreamedComponent& c, std::int64_t& cells) {
+  if (!rtl::SameText(c.Info->Name, u"TStringGrid")) return;
+  std::int64_t cols = 5, rows = 5;
+  for (const TPropertyValue& v : c.Properties) {
+    if (v.Info->Name == u"ColCount") cols = v.Integer;
+    if (v.Info->Name == u"RowCount") rows = v.Integer;
+  }
+  cells += cols * rows;
+  if (cells > kMaxGridCells)
+    throw EFilerError(u"Die Tabellen haben zusammen mehr als " + rtl::IntToStr(kMaxGridCells) +
+                      u" Zellen");
 }
 
 // Where a component of class `info` goes when read inside `enclosing`.
@@ -206,6 +360,15 @@ const std::span<const std::u16string_view> kAlignIdents = kAligns;
 const std::span<const std::u16string_view> kBevelIdents = kBevels;
 const std::span<const std::u16string_view> kPositionIdents = kPositions;
 const std::span<const std::u16string_view> kBorderStyleIdents = kBorderStyles;
+const std::span<const std::u16string_view> kFormStyleIdents = kFormStyles;
+const std::span<const std::u16string_view> kWindowStateIdents = kWindowStates;
+const std::span<const std::u16string_view> kFontStyleIdents = kFontStyles;
+const std::span<const std::u16string_view> kFontPitchIdents = kFontPitches;
+const std::span<const std::u16string_view> kAnchorIdents = kAnchors;
+const std::span<const std::u16string_view> kStyleElementIdents = kStyleElements;
+const std::span<const std::u16string_view> kShapeIdents = kShapes;
+const std::span<const std::u16string_view> kPenStyleIdents = kPenStyles;
+const std::span<const std::u16string_view> kBrushStyleIdents = kBrushStyles;
 
 const TClassInfo* FindClassInfo(std::u16string_view name) {
   for (const TClassInfo& c : kClasses)
@@ -237,6 +400,21 @@ bool IdentToColor(std::u16string_view ident, TColor& color) {
   return false;
 }
 
+std::u16string CursorToIdent(int cursor) {
+  for (const auto& [value, ident] : kCursors)
+    if (value == cursor) return std::u16string(ident);
+  return u"";
+}
+
+bool IdentToCursor(std::u16string_view ident, int& cursor) {
+  for (const auto& [value, name] : kCursors)
+    if (rtl::SameText(ident, name)) {
+      cursor = value;
+      return true;
+    }
+  return false;
+}
+
 TComponentTree ReadComponentTree(rtl::TStream& stream, std::u16string_view rootClass) {
   TComponentTree tree;
   tree.Root.Info = FindClassInfo(rootClass);
@@ -247,6 +425,8 @@ TComponentTree ReadComponentTree(rtl::TStream& stream, std::u16string_view rootC
   tree.Root.ClassName = r.ReadStr();
   tree.Root.Name = r.ReadStr();
   ReadProperties(r, tree.Root);
+  std::int64_t cells = 0;
+  CountGridCells(tree.Root, cells);
 
   // Names are compared as the framework finds components, ASCII case ignored.
   std::set<std::u16string> names;
@@ -275,6 +455,7 @@ TComponentTree ReadComponentTree(rtl::TStream& stream, std::u16string_view rootC
     c.Enclosing = enclosing;
     c.Parent = PlaceInside(*c.Info, enclosing, *enclosingInfo);
     ReadProperties(r, c);
+    CountGridCells(c, cells);
     const int index = static_cast<int>(tree.Children.size());
     const TClassInfo* info = c.Info;
     tree.Children.push_back(std::move(c));

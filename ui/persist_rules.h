@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,21 +22,31 @@
 
 namespace ui {
 
+// A property whose value has parts is stored as one property per part, named with a dot
+// ("Font.Name", "Margins.Left"), as the framework stores them.
 enum class TPropertyKind {
-  pkInteger,  // 32-bit
+  pkInteger,     // 32-bit, from the property's Min to its Max
   pkInt64,
   pkBoolean,
   pkString,
-  pkEnum,     // one of the property's names
-  pkColor,    // a colour's name or its number
-  pkStrings,  // a list of strings (lines of lists and memos)
-  pkPicture,  // a graphic class's name and the picture's bytes
+  pkEnum,        // one of the property's names
+  pkSet,         // some of the property's names
+  pkColor,       // a colour's name or its number
+  pkCursor,      // a cursor's name or its number
+  pkStrings,     // a list of strings (lines of lists and memos)
+  pkPicture,     // a graphic class's name and the picture's bytes
+  pkBinary,      // bytes in the class's own format
+  pkCollection,  // items, each with the properties of the class named by Class
+  pkComponent,   // another component of the root, of the class named by Class, by its name
 };
 
 struct TPropertyInfo {
   std::u16string_view Name;
   TPropertyKind Kind;
-  std::span<const std::u16string_view> Idents = {};  // the names an enumeration takes
+  std::span<const std::u16string_view> Idents = {};  // the names an enumeration or set takes
+  std::u16string_view Class = {};
+  std::int64_t Min = std::numeric_limits<std::int32_t>::min();
+  std::int64_t Max = std::numeric_limits<std::int32_t>::max();
 };
 
 // Where a component of a class goes when it is read inside another one.
@@ -66,25 +77,50 @@ extern const std::span<const std::u16string_view> kAlignIdents;        // alNone
 extern const std::span<const std::u16string_view> kBevelIdents;        // bvNone ... bvSpace
 extern const std::span<const std::u16string_view> kPositionIdents;     // poDesigned ...
 extern const std::span<const std::u16string_view> kBorderStyleIdents;  // bsNone ...
+extern const std::span<const std::u16string_view> kFormStyleIdents;    // fsNormal ...
+extern const std::span<const std::u16string_view> kWindowStateIdents;  // wsNormal ...
+extern const std::span<const std::u16string_view> kFontStyleIdents;    // fsBold ...
+extern const std::span<const std::u16string_view> kFontPitchIdents;    // fpDefault ...
+extern const std::span<const std::u16string_view> kAnchorIdents;       // akLeft ...
+extern const std::span<const std::u16string_view> kStyleElementIdents;  // seFont ...
+extern const std::span<const std::u16string_view> kShapeIdents;        // stRectangle ...
+extern const std::span<const std::u16string_view> kPenStyleIdents;     // psSolid ...
+extern const std::span<const std::u16string_view> kBrushStyleIdents;   // bsSolid ...
 
 // The names a stream uses for colours ("clBtnFace"), both ways.
 std::u16string ColorToIdent(TColor color);  // "" when the colour has no name
 bool IdentToColor(std::u16string_view ident, TColor& color);
+// The names of the framework's cursors ("crHandPoint"), both ways, at the framework's
+// numbers (crDefault 0, crArrow -2, crHandPoint -21...).
+std::u16string CursorToIdent(int cursor);  // "" when the cursor has no name
+bool IdentToCursor(std::u16string_view ident, int& cursor);
+
+class TComponent;
 
 // One property as read, its value checked against the property's kind.
 struct TPropertyValue {
   const TPropertyInfo* Info = nullptr;
-  std::int64_t Integer = 0;  // integers, Booleans (0, 1), colours, an enumeration's index
-  std::u16string Text;       // strings; the name of an enumeration value, as the class spells it
+  // Integers, Booleans (0, 1), colours, cursors, an enumeration's index; a set with bit i
+  // for the property's i-th name.
+  std::int64_t Integer = 0;
+  // Strings; the name of an enumeration value, as the class spells it; the name of the
+  // component referred to ("" for none).
+  std::u16string Text;
   std::vector<std::u16string> Lines;  // lists of strings
   std::u16string GraphicClass;        // pictures: "TBitmap", "TPngImage", ...
-  std::vector<std::uint8_t> Bytes;    // pictures: the bytes of the picture's file format
+  std::vector<std::uint8_t> Bytes;    // pictures: the bytes of the picture's file format; binary
+  std::vector<std::vector<TPropertyValue>> Items;  // collections: each item's properties
+  // The component referred to, found by the window part once every component is there.
+  TComponent* Component = nullptr;
 };
 
 // No component lives inside it (see TStreamedComponent::Parent).
 constexpr int kNoParent = -2;
 // Deeper than any real form; a stream that nests further is refused.
 constexpr int kMaxNestingDepth = 256;
+// A string grid keeps a text for every cell and paints them all: the cells of all the
+// grids of a stream together stay below this, so that a few bytes cannot ask for gigabytes.
+constexpr std::int64_t kMaxGridCells = std::int64_t{1} << 18;
 
 struct TStreamedComponent {
   const TClassInfo* Info = nullptr;
@@ -108,8 +144,9 @@ struct TComponentTree {
 // FindClassInfo knows) is read. Refused: a stream not in the format, cut short, or with
 // values of the wrong kind (rtl::EFilerError, rtl::EReadError); a class the library does
 // not make (rtl::EClassNotFound); a property the class does not have, a name given twice
-// (so nothing can be read inside itself), nesting deeper than kMaxNestingDepth
-// (rtl::EFilerError). Bytes after the tree are not read.
+// (so nothing can be read inside itself), nesting deeper than kMaxNestingDepth, string
+// grids of more than kMaxGridCells cells (rtl::EFilerError). Bytes after the tree are not
+// read.
 TComponentTree ReadComponentTree(rtl::TStream& stream, std::u16string_view rootClass);
 
 }  // namespace ui
