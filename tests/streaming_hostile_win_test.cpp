@@ -95,6 +95,27 @@ TEST(StreamingHostileWin, AFailureLeavesTheCallersComponentsWhereTheyWere) {
   EXPECT_EQ(form.FindComponent(u"N"), nullptr);
 }
 
+TEST(StreamingHostileWin, AReferenceToNoMenuIsRefusedAndSetsNoneOfTheOthers) {
+  for (const char16_t* menu : {u"Nobody", u"L2"}) {
+    SCOPED_TRACE(rtl::Utf16ToUtf8(menu));
+    ui::TForm form(nullptr);
+    auto* own = Place<ui::TLabel>(form, form, u"L");
+    // The form's L refers to a menu made for the stream, L2 to `menu`.
+    const auto stream = FormStream([&](rtl::TWriter& w) {
+      Open(w, u"TPopupMenu", u"M");
+      w.WriteListEnd(), w.WriteListEnd();
+      for (const auto& [label, refers] : {std::pair{u"L", u"M"}, std::pair{u"L2", menu}}) {
+        Open(w, u"TLabel", label);
+        w.WriteStr(u"PopupMenu"), w.WriteIdent(refers);
+        w.WriteListEnd(), w.WriteListEnd();
+      }
+    });
+    EXPECT_THROW(ui::ReadComponent(*stream, form), rtl::EFilerError);
+    EXPECT_EQ(own->PopupMenu, nullptr) << "left pointing at the menu freed again";
+    EXPECT_EQ(form.ComponentCount(), 1);
+  }
+}
+
 TEST(StreamingHostileWin, TwoHundredFiftySixNestedPanelsLoadShowAndFree) {
   auto form = std::make_unique<ui::TForm>(nullptr);
   form->SetBounds(0, 0, 640, 480);

@@ -17,3 +17,6 @@ nox_pure_tests(LABEL streaming NAME streaming-unicode PREFIX UnicodeFiler EXTRA_
                SOURCES unicode_filer_test.cpp LIBS nox_rtl)
 nox_win_tests(LABEL streaming NAME streaming-unicode PREFIX UnicodeStreaming EXTRA_LABELS unicode
               SOURCES unicode_streaming_win_test.cpp LIBS nox_tools)
+# Every published property of every streamed class, saved and read back under Wine.
+nox_win_tests(LABEL streaming NAME streaming-properties PREFIX StreamingProperties
+              SOURCES streaming_properties_win_test.cpp LIBS nox_tools)

@@ -11,9 +11,6 @@ class TSpeedButton : public TWinControl {
  public:
   explicit TSpeedButton(TComponent* owner);  // 23x22
 
-  // The text a tooltip or status line shows for the button; the button does not show it.
-  std::u16string Hint;
-
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
  protected:

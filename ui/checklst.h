@@ -19,6 +19,12 @@ class TCheckListBox : public TListBox {
   void SetChecked(int index, bool checked);
   TNotifyEvent OnClickCheck;
 
+  // The marks are no property of the framework's; they are stored as "Checks" of our own:
+  // binary, one byte per line, 1 for a checked box and 0 for an empty one (any other byte
+  // reads as checked), after the lines, and only when a box is checked.
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
+
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
  private:

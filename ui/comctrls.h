@@ -40,6 +40,7 @@ class THeaderSections {
   int Count() const { return static_cast<int>(items_.size()); }
   // A section of width 50 at the end.
   THeaderSection& Add();
+  void Clear();
   // EInvalidOperation for an index out of range.
   THeaderSection& operator[](int index) const;
   THeaderSection& Items(int index) const { return (*this)[index]; }
@@ -54,7 +55,11 @@ class THeaderControl : public TWinControl {
  public:
   explicit THeaderControl(TComponent* owner);  // 185x17
 
+  // Stored as the collection "Sections", each item with its Text and Width.
   THeaderSections Sections{*this};
+
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;
@@ -65,6 +70,8 @@ class THeaderControl : public TWinControl {
   friend class THeaderSections;
   // Hands a section to the window, inserting it or updating it in place.
   void WriteSection(int index, bool insert);
+  // Takes the section at `index` out of the window.
+  void DeleteSection(int index);
 };
 
 }  // namespace ui

@@ -35,6 +35,13 @@ THeaderSection& THeaderSections::Add() {
   return *items_.back();
 }
 
+void THeaderSections::Clear() {
+  while (!items_.empty()) {
+    items_.pop_back();
+    header_.DeleteSection(Count());
+  }
+}
+
 THeaderSection& THeaderSections::operator[](int index) const {
   if (index < 0 || index >= Count()) throw EInvalidOperation("header section index out of range");
   return *items_[static_cast<size_t>(index)];
@@ -75,6 +82,10 @@ void THeaderControl::WriteSection(int index, bool insert) {
   item.fmt = HDF_LEFT | HDF_STRING;
   SendMessageW(Handle(), insert ? HDM_INSERTITEMW : HDM_SETITEMW, static_cast<WPARAM>(index),
                reinterpret_cast<LPARAM>(&item));
+}
+
+void THeaderControl::DeleteSection(int index) {
+  if (HandleAllocated()) SendMessageW(Handle(), HDM_DELETEITEM, static_cast<WPARAM>(index), 0);
 }
 
 }  // namespace ui

@@ -111,9 +111,21 @@ using TMouseMoveEvent = std::function<void(TObject* sender, TShiftState shift, i
 using TKeyEvent = std::function<void(TObject* sender, WORD& key, TShiftState shift)>;
 using TKeyPressEvent = std::function<void(TObject* sender, char16_t& key)>;
 
-// The mouse pointer shown over a control.
-enum class TCursor { crDefault, crArrow, crHandPoint, crIBeam, crCross, crSizeAll };
+// The mouse pointer shown over a control, at the framework's numbers; a number of a
+// cursor the framework registers itself (crDrag...) or of a program's own shows the arrow.
+enum class TCursor : std::int16_t {
+  crDefault = 0, crNone = -1, crArrow = -2, crCross = -3, crIBeam = -4, crSizeNESW = -6,
+  crSizeNS = -7, crSizeNWSE = -8, crSizeWE = -9, crUpArrow = -10, crHourGlass = -11,
+  crNo = -18, crAppStart = -19, crHelp = -20, crHandPoint = -21, crSizeAll = -22
+};
 using enum TCursor;
+
+// The edges of its parent a control keeps its distance to. The layout here keeps every
+// control where it is placed whatever its anchors, and keeps them for the code and the
+// files that state them.
+enum class TAnchorKind { akLeft, akTop, akRight, akBottom };
+using enum TAnchorKind;
+using TAnchors = std::set<TAnchorKind>;
 
 // Parts of a control that a style may draw; this system draws no styles and keeps the set
 // for the code that states it.
@@ -154,6 +166,7 @@ class TControl : public TComponent {
 
   TAlign Align() const { return align_; }
   void SetAlign(TAlign align);
+  TAnchors Anchors{akLeft, akTop};
   bool AlignWithMargins = false;
   TMargins Margins;
   TSizeConstraints Constraints;
@@ -173,6 +186,12 @@ class TControl : public TComponent {
   bool ParentFont = true;  // true: the parent's font is used instead of Font
   TStyleElements StyleElements{seFont, seClient, seBorder};
   TCursor Cursor = crDefault;
+  // The text a tooltip or status line shows for the control; the control does not show it,
+  // and no tooltip shows it yet: ShowHint and ParentShowHint are kept for the code that
+  // states them.
+  std::u16string Hint;
+  bool ShowHint = false;
+  bool ParentShowHint = true;
   // Shown on a right click (or the context-menu key) over the control.
   TPopupMenu* PopupMenu = nullptr;
   TNotifyEvent OnClick;
@@ -220,6 +239,17 @@ class TControl : public TComponent {
   virtual void Paint(HDC /*dc*/) {}
   // Has the parent lay its children out again when this one's place there changed.
   void RequestAlign();
+  // Takes the colour, font and visibility settings the control has now as those its class
+  // starts with, so that only a change from them is stored. A constructor that changes
+  // them calls it.
+  virtual void KeepDefaults();
+  struct TDefaults {
+    TColor Color = clBtnFace;
+    bool ParentColor = true;
+    bool ParentFont = true;
+    bool Visible = true;
+  };
+  TDefaults defaults_;
 
   TRect bounds_{0, 0, 0, 0};
   TWinControl* parent_ = nullptr;
@@ -273,6 +303,8 @@ class TWinControl : public TControl {
   void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
   // The control as a form, or null.
   virtual TCustomForm* AsForm() { return nullptr; }
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
   // Lays the aligned children out in the client area again.
   virtual void Realign();
@@ -285,6 +317,10 @@ class TWinControl : public TControl {
   virtual TColor BackgroundColor() const;
 
   bool ParentBackground = true;
+  // The place in the tab order that the designer numbered; the keyboard here moves between
+  // the windows in the order they were made, and the number is kept for the code and the
+  // files that state it.
+  int TabOrder = -1;
   TNotifyEvent OnResize;
   // Keys reach the focused control; its form sees them first when it has KeyPreview.
   TKeyEvent OnKeyDown;
@@ -329,8 +365,10 @@ class TWinControl : public TControl {
   virtual void KeyDown(WORD& key, TShiftState shift);
   virtual void KeyUp(WORD& key, TShiftState shift);
   virtual void KeyPress(char16_t& key);
+  void KeepDefaults() override;
 
   std::vector<TControl*> controls_;
+  bool parentBackgroundDefault_ = true;
 
  private:
   static LRESULT CALLBACK MainWndProc(HWND window, UINT msg, WPARAM wParam, LPARAM lParam);

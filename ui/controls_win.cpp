@@ -72,16 +72,25 @@ TShiftState MouseShiftState(WPARAM keys) {
   return shift;
 }
 
+// The system's cursor for one of the framework's; null for crNone, which hides the pointer.
 LPCWSTR CursorResource(TCursor cursor) {
   switch (cursor) {
+    case crNone: return nullptr;
     case crHandPoint: return IDC_HAND;
     case crIBeam: return IDC_IBEAM;
     case crCross: return IDC_CROSS;
     case crSizeAll: return IDC_SIZEALL;
-    case crArrow:
-    case crDefault: break;
+    case crSizeNESW: return IDC_SIZENESW;
+    case crSizeNS: return IDC_SIZENS;
+    case crSizeNWSE: return IDC_SIZENWSE;
+    case crSizeWE: return IDC_SIZEWE;
+    case crUpArrow: return IDC_UPARROW;
+    case crHourGlass: return IDC_WAIT;
+    case crNo: return IDC_NO;
+    case crAppStart: return IDC_APPSTARTING;
+    case crHelp: return IDC_HELP;
+    default: return IDC_ARROW;
   }
-  return IDC_ARROW;
 }
 
 }  // namespace
@@ -722,7 +731,8 @@ bool TWinControl::SetCursorFor(LPARAM /*lParam*/) {
   const TControl* c = captured_ != nullptr ? captured_ : GraphicControlAt(p.x, p.y);
   const TCursor cursor = c != nullptr && c->Cursor != crDefault ? c->Cursor : Cursor;
   if (cursor == crDefault) return false;
-  SetCursor(LoadCursorW(nullptr, CursorResource(cursor)));
+  const LPCWSTR resource = CursorResource(cursor);
+  SetCursor(resource != nullptr ? LoadCursorW(nullptr, resource) : nullptr);
   return true;
 }
 

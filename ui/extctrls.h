@@ -67,6 +67,9 @@ class TShape : public TGraphicControl {
   TPen Pen;
   TBrush Brush;
 
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
+
  protected:
   void Paint(HDC dc) override;
 };
@@ -86,6 +89,9 @@ class TTimer : public TComponent {
   void SetInterval(unsigned milliseconds);
 
   TNotifyEvent OnTimer;
+
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  private:
   void UpdateTimer();

@@ -13,6 +13,7 @@ TPanel::TPanel(TComponent* owner) : TWinControl(owner) {
   bounds_ = {0, 0, 185, 41};
   // A panel shows its own colour from the start, as if Color had been set.
   ParentColor = false;
+  KeepDefaults();
 }
 
 void TPanel::CreateParamsFor(CreateParams& params) {

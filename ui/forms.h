@@ -22,6 +22,8 @@ class TCustomFrame : public TWinControl {
 
   // Its non-visual components are stored too, as a form's are.
   void GetChildren(const std::function<void(TComponent*)>& proc, TComponent* root) override;
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;
@@ -147,6 +149,8 @@ class TScrollBox : public TWinControl {
 
   void Realign() override;
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   void CreateParamsFor(CreateParams& params) override;

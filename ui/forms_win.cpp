@@ -24,6 +24,7 @@ TCustomForm::TCustomForm(TComponent* owner) : TWinControl(owner) {
   ParentColor = false;
   ParentFont = false;
   ParentBackground = false;
+  KeepDefaults();
 }
 
 TCustomForm::~TCustomForm() {
@@ -255,6 +256,7 @@ TScrollBox::TScrollBox(TComponent* owner) : TWinControl(owner) {
   ParentColor = false;
   Color = clWindow;
   ParentBackground = false;
+  KeepDefaults();
 }
 
 void TScrollBox::CreateParamsFor(CreateParams& params) {

@@ -34,6 +34,9 @@ class TStringGrid : public TWinControl {
   int DefaultRowHeight = 24;
 
   void MouseDown(TMouseButton button, TShiftState shift, int x, int y) override;
+  // The counts, fixed rows and columns and default sizes are stored; the cells are not.
+  void WriteProperties(rtl::TWriter& writer) override;
+  bool ReadProperty(const TPropertyValue& value) override;
 
  protected:
   // Takes the row out, moving the later ones up. The current row follows its line (one up

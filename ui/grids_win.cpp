@@ -12,6 +12,7 @@ TStringGrid::TStringGrid(TComponent* owner)
   bounds_ = {0, 0, 320, 120};
   ParentColor = false;
   Color = clWindow;
+  KeepDefaults();
 }
 
 void TStringGrid::SetColCount(int count) {

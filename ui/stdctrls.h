@@ -84,7 +84,9 @@ class TMemo : public TWinControl {
   std::u16string Text() const;
   void SetText(const std::u16string& text);
 
-  // The text is stored line by line as "Lines.Strings".
+  // The text is stored line by line as "Lines.Strings", split at each CR LF and nowhere
+  // else: a text that ends with a line break ends with an empty line, and joining the lines
+  // with CR LF gives the text back as it was.
   void WriteProperties(rtl::TWriter& writer) override;
   bool ReadProperty(const TPropertyValue& value) override;
 

@@ -136,6 +136,7 @@ TListBox::TListBox(TComponent* owner)
   bounds_ = {0, 0, 121, 97};
   ParentColor = false;
   Color = clWindow;
+  KeepDefaults();
 }
 
 TListBox::~TListBox() = default;
@@ -196,6 +197,7 @@ TMemo::TMemo(TComponent* owner) : TWinControl(owner) {
   bounds_ = {0, 0, 185, 89};
   ParentColor = false;
   Color = clWindow;
+  KeepDefaults();
 }
 
 void TMemo::CreateParamsFor(CreateParams& params) {
