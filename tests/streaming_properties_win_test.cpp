@@ -117,26 +117,14 @@ void ChangeCommon(ui::TComponent& c, ui::TPopupMenu& menu) {
   c.Tag = -5;
   auto* x = dynamic_cast<ui::TControl*>(&c);
   if (x == nullptr) return;
-  x->SetBounds(7, 9, 111, 33);
-  x->Anchors = {ui::akRight, ui::akBottom};
+  x->SetBounds(7, 9, 111, 33), x->Anchors = {ui::akRight, ui::akBottom};
   // Laid out with its margins, which keeps it off the top edge.
-  x->Margins = {4, 5, 6, 7};
-  x->AlignWithMargins = true;
-  x->SetAlign(ui::alRight);
+  x->Margins = {4, 5, 6, 7}, x->AlignWithMargins = true, x->SetAlign(ui::alRight);
   x->Constraints = {1, 2, 3000, 4000};
-  x->Font = {u"Courier New", -17, ui::clRed, {ui::fsBold, ui::fsStrikeOut}, ui::fpFixed};
-  x->ParentFont = false;
-  x->SetCaption(u"Größe €");
-  x->Color = 0x123456;
-  x->ParentColor = false;
-  x->Cursor = ui::crHourGlass;
-  x->SetEnabled(false);
-  x->Hint = u"Hinweis";
-  x->ShowHint = true;
-  x->ParentShowHint = false;
-  x->PopupMenu = &menu;
-  x->StyleElements = {ui::seBorder};
-  x->SetVisible(false);
+  x->Font = {u"Courier New", -17, ui::clRed, {ui::fsBold, ui::fsStrikeOut}, ui::fpFixed}, x->ParentFont = false;
+  x->SetCaption(u"Größe €"), x->Color = 0x123456, x->ParentColor = false, x->Cursor = ui::crHourGlass;
+  x->Hint = u"Hinweis", x->ShowHint = true, x->ParentShowHint = false, x->PopupMenu = &menu;
+  x->StyleElements = {ui::seBorder}, x->SetEnabled(false), x->SetVisible(false);
   if (auto* w = x->AsWinControl()) w->TabOrder = 3;
 }
 
@@ -198,15 +186,11 @@ const Case kCases[] = {
      })},
     {"TSpeedButton", Make<ui::TSpeedButton>, Change<ui::TSpeedButton>([](ui::TSpeedButton&) {})},
     {"TScrollBox", Make<ui::TScrollBox>, Change<ui::TScrollBox>([](ui::TScrollBox& s) {
-       s.BorderStyle = ui::bsNone, s.ParentBackground = true;
-     }), kOwnColour},
+       s.BorderStyle = ui::bsNone, s.ParentBackground = true; }), kOwnColour},
     {"TListBox", Make<ui::TListBox>, Change<ui::TListBox>([](ui::TListBox& l) {
-       l.Items().Add(u"eins"), l.Items().Add(u"zwei é");
-     }), kOwnColour},
+       l.Items().Add(u"eins"), l.Items().Add(u"zwei é"); }), kOwnColour},
     {"TCheckListBox", Make<ui::TCheckListBox>, Change<ui::TCheckListBox>([](ui::TCheckListBox& l) {
-       for (const char16_t* line : {u"a", u"b", u"c"}) l.Items().Add(line);
-       l.SetChecked(0, true), l.SetChecked(2, true);
-     }), kOwnColour},
+       l.Items().SetCommaText(u"a,b,c"), l.SetChecked(0, true), l.SetChecked(2, true); }), kOwnColour},
     // A text that ends with a line break keeps it.
     {"TMemo", Make<ui::TMemo>, Change<ui::TMemo>([](ui::TMemo& m) { m.SetText(u"a\r\nb\r\n"); }), kOwnColour},
     {"TCheckBox", Make<ui::TCheckBox>, Change<ui::TCheckBox>([](ui::TCheckBox& c) { c.SetChecked(true); })},
@@ -215,15 +199,11 @@ const Case kCases[] = {
        g.DefaultColWidth = 40, g.DefaultRowHeight = 18;
      }), kOwnColour},
     {"THeaderControl", Make<ui::THeaderControl>, Change<ui::THeaderControl>([](ui::THeaderControl& h) {
-       h.Sections.Add().SetText(u"Name");
-       h.Sections.Add().SetWidth(33);
-       h.Sections[0].SetWidth(120);
-     })},
+       h.Sections.Add().SetText(u"Name"), h.Sections.Add().SetWidth(33), h.Sections[0].SetWidth(120); })},
     {"TTimer", Make<ui::TTimer>, Change<ui::TTimer>([](ui::TTimer& t) { t.SetEnabled(false), t.SetInterval(250); }),
      {}, ""},
     {"TPopupMenu", Make<ui::TPopupMenu>, Change<ui::TPopupMenu>([](ui::TPopupMenu& m) {
-       m.Items()->Add(new ui::TMenuItem(m.Owner()));
-     }), {}, ""},
+       m.Items()->Add(new ui::TMenuItem(m.Owner())); }), {}, ""},
     {"TMenuItem", Make<ui::TMenuItem>, Change<ui::TMenuItem>([](ui::TMenuItem& i) {
        i.Caption = u"&Öffnen", i.Checked = true, i.Enabled = false, i.Hint = u"Öffnet", i.Visible = false;
      }), {}, ""},
@@ -238,7 +218,8 @@ std::string Written(rtl::TMemoryStream& stream, const char16_t* rootClass, const
   for (const ui::TStreamedComponent& child : tree.Children)
     if (child.Name == name) c = &child;
   std::string names;
-  for (const ui::TPropertyValue& v : c->Properties) names += (names.empty() ? "" : ",") + Str(std::u16string(v.Info->Name));
+  for (const ui::TPropertyValue& v : c->Properties)
+    names += (names.empty() ? "" : ",") + Str(std::u16string(v.Info->Name));
   return names;
 }
 

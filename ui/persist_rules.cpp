@@ -150,7 +150,8 @@ constexpr TPropertyInfo kStringGridProps[] = {
     {u"FixedCols", pkInteger},
     {u"FixedRows", pkInteger},
     {u"RowCount", pkInteger, {}, {}, 1, 65536}};
-constexpr TPropertyInfo kHeaderControlProps[] = {{u"Sections", pkCollection, {}, u"THeaderSection"}};
+constexpr TPropertyInfo kHeaderControlProps[] = {
+    {u"Sections", pkCollection, {}, u"THeaderSection"}};
 constexpr TPropertyInfo kHeaderSectionProps[] = {{u"Text", pkString}, {u"Width", pkInteger}};
 constexpr TPropertyInfo kTimerProps[] = {
     {u"Enabled", pkBoolean},
@@ -242,11 +243,13 @@ void ReadCollection(TReader& r, const TPropertyInfo& info, TPropertyValue& v) {
   if (r.ReadValue() != rtl::vaCollection) BadValue(std::u16string(info.Name));
   const TClassInfo* item = FindClassInfo(info.Class);
   while (!r.EndOfList()) {
-    if (const rtl::TValueType t = r.NextValue(); t == rtl::vaInt8 || t == rtl::vaInt16 || t == rtl::vaInt32)
+    if (const rtl::TValueType t = r.NextValue();
+        t == rtl::vaInt8 || t == rtl::vaInt16 || t == rtl::vaInt32)
       r.ReadInteger();
     if (r.ReadValue() != rtl::vaList) BadValue(std::u16string(info.Name));
     std::vector<TPropertyValue>& properties = v.Items.emplace_back();
-    while (!r.EndOfList()) properties.push_back(ReadNamedValue(r, *item, std::u16string(info.Name)));
+    while (!r.EndOfList())
+      properties.push_back(ReadNamedValue(r, *item, std::u16string(info.Name)));
     r.ReadListEnd();
   }
   r.ReadListEnd();

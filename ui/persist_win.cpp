@@ -612,8 +612,10 @@ void TCheckListBox::WriteProperties(TWriter& w) {
 bool TCheckListBox::ReadProperty(const TPropertyValue& v) {
   if (v.Info->Name != u"Checks") return TListBox::ReadProperty(v);
   // The lines are read before: a mark beyond them has no line to go to.
-  for (int i = 0; i < Count(); ++i)
-    SetChecked(i, static_cast<std::size_t>(i) < v.Bytes.size() && v.Bytes[static_cast<std::size_t>(i)] != 0);
+  for (int i = 0; i < Count(); ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    SetChecked(i, at < v.Bytes.size() && v.Bytes[at] != 0);
+  }
   return true;
 }
 
