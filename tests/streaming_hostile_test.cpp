@@ -127,6 +127,9 @@ TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
       {"a negative margin", LabelWith(u"Margins.Left", Int(-1)), Refusal::filer},
       {"an unknown cursor", LabelWith(u"Cursor", Ident(u"crBanana")), Refusal::filer, u"crBanana"},
       {"a cursor beyond 16 bits", LabelWith(u"Cursor", Int(40000)), Refusal::filer},
+      {"an unknown character set", LabelWith(u"Font.Charset", Ident(u"KLINGON_CHARSET")), Refusal::filer,
+       u"KLINGON_CHARSET"},
+      {"a character set beyond a byte", LabelWith(u"Font.Charset", Int(256)), Refusal::filer},
       {"a reference as text", LabelWith(u"PopupMenu", Text(u"Menu1")), Refusal::filer},
       {"a reference as True", LabelWith(u"PopupMenu", Ident(u"True")), Refusal::filer},
       {"an unknown shape", With(u"TShape", u"S", u"Shape", Ident(u"stStar")), Refusal::filer, u"stStar"},
@@ -261,6 +264,8 @@ TEST(StreamingHostile, ValuesArriveCheckedAndSpelledAsTheClassSpellsThem) {
       // The framework's numbers: crHandPoint is -21; a program's own cursor is a number.
       {u"TLabel", u"Cursor", Ident(u"crHandPoint"), -21, u"crHandPoint"},
       {u"TLabel", u"Cursor", Int(5), 5, u""},
+      {u"TLabel", u"Font.Charset", Ident(u"default_charset"), 1, u"default_charset"},
+      {u"TLabel", u"Font.Charset", Int(238), 238, u""},
       {u"TLabel", u"PopupMenu", Ident(u"Menu1"), 0, u"Menu1"},
       {u"TLabel", u"PopupMenu", Ident(u"nil"), 0, u""},
       {u"TTimer", u"Interval", Int(0xFFFFFFFF), 0xFFFFFFFF, u""},

@@ -51,7 +51,8 @@ Props Describe(ui::TComponent& c) {
     put("Margins.Left", x->Margins.Left), put("Margins.Top", x->Margins.Top);
     put("Margins.Right", x->Margins.Right), put("Margins.Bottom", x->Margins.Bottom);
     put("Font.Name", x->Font.Name), put("Font.Height", x->Font.Height), put("Font.Color", x->Font.Color);
-    put("Font.Style", x->Font.Style), put("Font.Pitch", x->Font.Pitch), put("ParentFont", x->ParentFont);
+    put("Font.Style", x->Font.Style), put("Font.Pitch", x->Font.Pitch), put("Font.Charset", x->Font.Charset);
+    put("ParentFont", x->ParentFont);
     put("Caption", x->Caption()), put("Color", x->Color), put("ParentColor", x->ParentColor);
     put("Cursor", x->Cursor), put("Enabled", x->Enabled()), put("Hint", x->Hint);
     put("ShowHint", x->ShowHint), put("ParentShowHint", x->ParentShowHint);
@@ -121,7 +122,8 @@ void ChangeCommon(ui::TComponent& c, ui::TPopupMenu& menu) {
   // Laid out with its margins, which keeps it off the top edge.
   x->Margins = {4, 5, 6, 7}, x->AlignWithMargins = true, x->SetAlign(ui::alRight);
   x->Constraints = {1, 2, 3000, 4000};
-  x->Font = {u"Courier New", -17, ui::clRed, {ui::fsBold, ui::fsStrikeOut}, ui::fpFixed}, x->ParentFont = false;
+  x->Font = {u"Courier New", -17, ui::clRed, {ui::fsBold, ui::fsStrikeOut}, ui::fpFixed, 238};
+  x->ParentFont = false;
   x->SetCaption(u"Größe €"), x->Color = 0x123456, x->ParentColor = false, x->Cursor = ui::crHourGlass;
   x->Hint = u"Hinweis", x->ShowHint = true, x->ParentShowHint = false, x->PopupMenu = &menu;
   x->StyleElements = {ui::seBorder}, x->SetEnabled(false), x->SetVisible(false);
@@ -165,7 +167,7 @@ const Case kCases[] = {
        f.BorderStyle = ui::bsDialog, f.FormStyle = ui::fsStayOnTop, f.Position = ui::poScreenCenter;
        f.KeyPreview = true, f.SetWindowState(ui::wsMaximized);
      }), {"ParentColor", "ParentFont", "Visible"},
-     "Left,Top,Width,Height,Font.Color,Font.Height,Font.Name,Font.Style"},
+     "Left,Top,Width,Height,Font.Charset,Font.Color,Font.Height,Font.Name,Font.Style"},
     {"TFrame", nullptr, Change<ui::TFrame>([](ui::TFrame& f) { f.ParentBackground = false; }), {},
      "Left,Top,Width,Height", NewFrame},
     {"TLabel", Make<ui::TLabel>, Change<ui::TLabel>([](ui::TLabel& l) {

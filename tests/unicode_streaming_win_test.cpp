@@ -51,7 +51,7 @@ TEST(UnicodeStreaming, CaptionsHintsListLinesAndMemoTextKeepEveryCharacter) {
       ADD_FAILURE() << where << ": " << rtl::Utf16ToUtf8(want) << " came back as "
                     << rtl::Utf16ToUtf8(got);
   };
-  // A hundred texts a file: each in the caption, the menu item's caption and hint, and
+  // A hundred texts a file: each in the caption and hint, the menu item's caption and hint, and
   // together as list lines and as memo lines.
   for (size_t from = 0; from < corpus.size(); from += 100) {
     const size_t to = std::min(corpus.size(), from + 100);
@@ -64,12 +64,14 @@ TEST(UnicodeStreaming, CaptionsHintsListLinesAndMemoTextKeepEveryCharacter) {
     saved.memo->SetText(memo);
     for (size_t i = from; i < to; ++i) {
       saved.label->SetCaption(corpus[i]);
+      saved.label->Hint = corpus[i] + u"?";
       saved.item->Caption = corpus[i] + u"!";
       saved.item->Hint = u"?" + corpus[i];
       Qm_tools::SaveCompToFile(*saved.form, file);
       TTextForm loaded;
       Qm_tools::LoadCompFromFile(*loaded.form, file);
       check("caption", corpus[i], loaded.label->Caption());
+      check("label hint", corpus[i] + u"?", loaded.label->Hint);
       check("menu item", corpus[i] + u"!", loaded.item->Caption);
       check("hint", u"?" + corpus[i], loaded.item->Hint);
       if (i + 1 == to) {

@@ -68,6 +68,9 @@ struct TFont {
   TFontStyles Style;
   // fpFixed asks for a fixed-pitch face when Name is not installed.
   TFontPitch Pitch = fpDefault;
+  // The character set asked of the face, as Win32 numbers them; DEFAULT_CHARSET (1) takes
+  // the system's.
+  std::uint8_t Charset = 1;
   bool operator==(const TFont&) const = default;
 };
 

@@ -62,7 +62,7 @@ rtl::unique_hfont CreateFontHandle(const TFont& font) {
   lf.lfItalic = font.Style.contains(fsItalic);
   lf.lfUnderline = font.Style.contains(fsUnderline);
   lf.lfStrikeOut = font.Style.contains(fsStrikeOut);
-  lf.lfCharSet = DEFAULT_CHARSET;
+  lf.lfCharSet = font.Charset;
   lf.lfQuality = DEFAULT_QUALITY;
   lf.lfPitchAndFamily = font.Pitch == fpFixed      ? FIXED_PITCH | FF_MODERN
                         : font.Pitch == fpVariable ? VARIABLE_PITCH

@@ -66,6 +66,16 @@ constexpr std::pair<int, std::u16string_view> kCursors[] = {
     {-20, u"crHelp"},      {-21, u"crHandPoint"},  {-22, u"crSizeAll"},
 };
 
+constexpr std::pair<int, std::u16string_view> kCharsets[] = {
+    {0, u"ANSI_CHARSET"},         {1, u"DEFAULT_CHARSET"},      {2, u"SYMBOL_CHARSET"},
+    {77, u"MAC_CHARSET"},         {128, u"SHIFTJIS_CHARSET"},   {129, u"HANGEUL_CHARSET"},
+    {130, u"JOHAB_CHARSET"},      {134, u"GB2312_CHARSET"},     {136, u"CHINESEBIG5_CHARSET"},
+    {161, u"GREEK_CHARSET"},      {162, u"TURKISH_CHARSET"},    {163, u"VIETNAMESE_CHARSET"},
+    {177, u"HEBREW_CHARSET"},     {178, u"ARABIC_CHARSET"},     {186, u"BALTIC_CHARSET"},
+    {204, u"RUSSIAN_CHARSET"},    {222, u"THAI_CHARSET"},       {238, u"EASTEUROPE_CHARSET"},
+    {255, u"OEM_CHARSET"},
+};
+
 // Sizes that a control's painting multiplies or adds stay far from overflowing.
 constexpr std::int64_t kMaxExtent = 32767;
 constexpr std::int64_t kMaxInt32 = std::numeric_limits<std::int32_t>::max();
@@ -87,6 +97,7 @@ constexpr TPropertyInfo kControlProps[] = {
     {u"Margins.Top", pkInteger, {}, {}, 0, kMaxExtent},
     {u"Margins.Right", pkInteger, {}, {}, 0, kMaxExtent},
     {u"Margins.Bottom", pkInteger, {}, {}, 0, kMaxExtent},
+    {u"Font.Charset", pkCharset},
     {u"Font.Color", pkColor},
     {u"Font.Height", pkInteger},
     {u"Font.Name", pkString},
@@ -295,6 +306,16 @@ TPropertyValue ReadValue(TReader& r, const TPropertyInfo& info) {
                                 std::numeric_limits<std::int16_t>::max());
       }
       break;
+    case pkCharset:
+      if (r.NextValue() == rtl::vaIdent) {
+        v.Text = r.ReadIdent();
+        int charset = 0;
+        if (!IdentToCharset(v.Text, charset)) BadValue(v.Text);
+        v.Integer = charset;
+      } else {
+        v.Integer = ReadInRange(r, 0, 255);
+      }
+      break;
     case pkStrings:
       if (r.ReadValue() != rtl::vaList) BadValue(std::u16string(info.Name));
       while (!r.EndOfList()) v.Lines.push_back(r.ReadString());
@@ -413,6 +434,21 @@ bool IdentToCursor(std::u16string_view ident, int& cursor) {
   for (const auto& [value, name] : kCursors)
     if (rtl::SameText(ident, name)) {
       cursor = value;
+      return true;
+    }
+  return false;
+}
+
+std::u16string CharsetToIdent(int charset) {
+  for (const auto& [value, ident] : kCharsets)
+    if (value == charset) return std::u16string(ident);
+  return u"";
+}
+
+bool IdentToCharset(std::u16string_view ident, int& charset) {
+  for (const auto& [value, name] : kCharsets)
+    if (rtl::SameText(ident, name)) {
+      charset = value;
       return true;
     }
   return false;

@@ -33,6 +33,7 @@ enum class TPropertyKind {
   pkSet,         // some of the property's names
   pkColor,       // a colour's name or its number
   pkCursor,      // a cursor's name or its number
+  pkCharset,     // a character set's name or its number
   pkStrings,     // a list of strings (lines of lists and memos)
   pkPicture,     // a graphic class's name and the picture's bytes
   pkBinary,      // bytes in the class's own format
@@ -94,6 +95,9 @@ bool IdentToColor(std::u16string_view ident, TColor& color);
 // numbers (crDefault 0, crArrow -2, crHandPoint -21...).
 std::u16string CursorToIdent(int cursor);  // "" when the cursor has no name
 bool IdentToCursor(std::u16string_view ident, int& cursor);
+// The names of the character sets ("DEFAULT_CHARSET"), both ways, at their Win32 numbers.
+std::u16string CharsetToIdent(int charset);  // "" when the set has no name
+bool IdentToCharset(std::u16string_view ident, int& charset);
 
 class TComponent;
 

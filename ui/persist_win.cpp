@@ -74,7 +74,8 @@ bool BoolValue(const TPropertyValue& v) { return v.Integer != 0; }
 // One of "Font.Color", "Font.Height", ...
 void ReadFontPart(const TPropertyValue& v, TFont& font) {
   const std::u16string_view part = v.Info->Name.substr(5);
-  if (part == u"Color") font.Color = ColorValue(v);
+  if (part == u"Charset") font.Charset = static_cast<std::uint8_t>(v.Integer);
+  else if (part == u"Color") font.Color = ColorValue(v);
   else if (part == u"Height") font.Height = IntValue(v);
   else if (part == u"Name") font.Name = v.Text;
   else if (part == u"Pitch") font.Pitch = EnumValue(v, kFontPitches);
@@ -362,6 +363,11 @@ void TControl::WriteOtherProperties(TWriter& w) {
   // A font of its own is stored whole, as the framework stores it, and before the caption,
   // so that a label that sizes itself measures the caption in it.
   if (!ParentFont) {
+    w.WriteStr(u"Font.Charset");
+    if (const std::u16string ident = CharsetToIdent(Font.Charset); !ident.empty())
+      w.WriteIdent(ident);
+    else
+      w.WriteInteger(Font.Charset);
     w.WriteStr(u"Font.Color");
     WriteColor(w, Font.Color);
     w.WriteStr(u"Font.Height");
