@@ -90,8 +90,8 @@ FAMILIES = {
                 "devhost/package_win.cpp", "devhost/services_win.cpp",
                 "devhost/mainform_win.cpp", "devhost/treedump_win.cpp"],
     "spine-rules": ["host/view_rules.cpp", "package/unit_order.cpp"],
-    "spine": ["host/view_rules.cpp", "host/WNOXView.cpp", "package/WNOXD13_64.cpp",
-              "package/WNOXConstants.cpp", "package/WNOXCreator.cpp"],
+    "spine": ["host/view_rules.cpp", "host/WNOXView_win.cpp", "package/WNOXD13_64_win.cpp",
+              "package/WNOXConstants_win.cpp", "package/WNOXCreator_win.cpp"],
 }
 # Labels with tests in the native build (pure tests, registered in both builds).
 NATIVE_LABELS = {
@@ -100,7 +100,6 @@ NATIVE_LABELS = {
     "inisettings", "uihelpers", "streaming", "catalogue", "shareddata", "spine-rules",
 }
 WINDOWS_ONLY_DIRS = ("companion/", "devhost/", "package/", "ide/")
-WINDOWS_ONLY_FILES = {"host/WNOXView.cpp"}
 
 
 class Interrupted(BaseException):
@@ -269,7 +268,7 @@ def label_regex(label):
 
 def file_platform(rel):
     base = os.path.basename(rel)
-    if base.endswith("_win.cpp") or rel.startswith(WINDOWS_ONLY_DIRS) or rel in WINDOWS_ONLY_FILES:
+    if base.endswith("_win.cpp") or rel.startswith(WINDOWS_ONLY_DIRS):
         return "win"
     if base.endswith("_posix.cpp"):
         return "posix"

@@ -7,6 +7,7 @@
 #include "rtl/handles.h"
 #include "rtl/streams.h"
 #include "rtl/ustring.h"
+#include "rtl/wide.h"
 
 namespace rtl {
 
@@ -49,7 +50,7 @@ TFileStream::TFileStream(const std::u16string& fileName, unsigned mode)
                        : (mode & 3) == fmOpenWrite         ? GENERIC_WRITE
                        : (mode & 3) == fmOpenReadWrite     ? GENERIC_READ | GENERIC_WRITE
                                                            : GENERIC_READ;
-  file_->handle.reset(CreateFileW(reinterpret_cast<const wchar_t*>(fileName.c_str()), access,
+  file_->handle.reset(CreateFileW(W(fileName), access,
                                   create ? 0 : ShareMode(mode), nullptr,
                                   create ? CREATE_ALWAYS : OPEN_EXISTING,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));

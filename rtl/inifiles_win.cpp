@@ -9,12 +9,11 @@
 #include "rtl/inifiles.h"
 #include "rtl/streams.h"
 #include "rtl/ustring.h"
+#include "rtl/wide.h"
 
 namespace rtl {
 
 namespace {
-
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
 
 // The null-separated list that GetPrivateProfileStringW gives for a null key (the keys of
 // a section) or a null section (the section names), into `lines`. The buffer grows until

@@ -1,6 +1,7 @@
 // TRegistry (rtl/registry.h) over RegOpenKeyExW, RegCreateKeyExW, RegQueryValueExW and
 // RegSetValueExW.
 #include "rtl/registry.h"
+#include "rtl/wide.h"
 
 #include <algorithm>
 #include <utility>
@@ -8,8 +9,6 @@
 namespace rtl {
 
 namespace {
-
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
 
 constexpr REGSAM ViewBits = KEY_WOW64_32KEY | KEY_WOW64_64KEY;
 

@@ -13,6 +13,7 @@
 #include "rtl/encoding.h"
 #include "rtl/handles.h"
 #include "rtl/sysutils.h"
+#include "rtl/wide.h"
 #include "tools/fileops.h"
 #include "tools/paths.h"
 #include "ui/application.h"
@@ -20,9 +21,9 @@
 
 namespace Qm_tools {
 
-namespace {
+using rtl::W;
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+namespace {
 
 std::u16string FullPath(const std::u16string& name) {
   wchar_t buf[MAX_PATH * 4];

@@ -7,6 +7,7 @@
 
 #include "dialog/QMMessageDlgVCL.h"
 #include "rtl/sysutils.h"
+#include "rtl/wide.h"
 #include "tools/fields.h"
 #include "tools/inisettings.h"
 #include "tools/qm_globals.h"
@@ -14,11 +15,11 @@
 
 namespace Qm_tools {
 
+using rtl::W;
+
 using enum TWindowPosUser;
 
 namespace {
-
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
 
 // The first monitor that says it is the primary one, else the first of all.
 ui::TMonitor PrimaryMonitor() {

@@ -2,15 +2,16 @@
 // asks the rules in interapp.cpp, posts the messages. The atoms made here are left to the
 // receiver, which deletes them.
 #include "tools/interapp.h"
+#include "rtl/wide.h"
 
 namespace Qm_tools {
-namespace {
 
-const wchar_t* Wide(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+using rtl::W;
+namespace {
 
 // A failed GlobalAddAtomW gives 0, which goes out as "no text"; the message is posted
 // regardless.
-LPARAM AtomOf(const std::u16string& text) { return GlobalAddAtomW(Wide(text)); }
+LPARAM AtomOf(const std::u16string& text) { return GlobalAddAtomW(W(text)); }
 
 // Titles and class names are read into 79 characters, so at most 78 are ever compared.
 template <int (*read)(HWND, LPWSTR, int)>
@@ -48,7 +49,7 @@ bool SendInterAppMessage(const ShortString& ClassName, const ShortString& Window
                          std::uint16_t Msg, std::uint16_t Param, const ShortString& Text) {
   HWND target = HWND_BROADCAST;
   if (!ClassName.empty() && !WindowName.empty()) {
-    target = FindWindowW(Wide(WideReadingOf(ClassName)), Wide(WideReadingOf(WindowName)));
+    target = FindWindowW(W(WideReadingOf(ClassName)), W(WideReadingOf(WindowName)));
     if (!target) return false;
   }
   PostMessageW(target, Msg, Param, Text.empty() ? 0 : AtomOf(WideReadingOf(Text)));

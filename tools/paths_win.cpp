@@ -12,14 +12,16 @@
 #include "rtl/locale.h"
 #include "rtl/sysutils.h"
 #include "rtl/ustring.h"
+#include "rtl/wide.h"
 #include "tools/paths.h"
 #include "tools/qm_globals.h"
 
 namespace Qm_tools {
 
+using rtl::W;
+
 namespace {
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
 std::u16string U(const wchar_t* s) {
   return s == nullptr ? u"" : reinterpret_cast<const char16_t*>(s);
 }

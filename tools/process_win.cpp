@@ -15,13 +15,15 @@
 #include "rtl/registry.h"
 #include "rtl/sysutils.h"
 #include "rtl/ustring.h"
+#include "rtl/wide.h"
 #include "tools/process.h"
 
 namespace Qm_tools {
 
+using rtl::W;
+
 namespace {
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
 // Null for "": the shell and the process API read an empty text differently from none.
 const wchar_t* WOrNull(const std::u16string& s) { return s.empty() ? nullptr : W(s); }
 std::u16string U(const wchar_t* s) { return reinterpret_cast<const char16_t*>(s); }
@@ -82,7 +84,7 @@ bool ExecAndWait(const std::u16string& program, const std::u16string& parameters
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = show;
   PROCESS_INFORMATION info{};
-  if (!CreateProcessW(nullptr, reinterpret_cast<wchar_t*>(commandLine.data()), nullptr, nullptr,
+  if (!CreateProcessW(nullptr, W(commandLine), nullptr, nullptr,
                       FALSE, CREATE_NEW_CONSOLE | NORMAL_PRIORITY_CLASS, nullptr,
                       WOrNull(folder), &startup, &info))
     return false;
@@ -126,7 +128,7 @@ std::uint32_t CreateProcessAsLogon(const std::u16string& user, const std::u16str
   PROCESS_INFORMATION info{};
   SetLastError(0);
   const BOOL created = CreateProcessWithLogonW(
-      W(user), nullptr, W(password), 0, nullptr, reinterpret_cast<wchar_t*>(commandLine.data()),
+      W(user), nullptr, W(password), 0, nullptr, W(commandLine),
       CREATE_DEFAULT_ERROR_MODE, nullptr, nullptr, &startup, &info);
   const DWORD error = GetLastError();
   if (created) {

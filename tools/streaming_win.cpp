@@ -14,13 +14,14 @@
 #include "rtl/sysutils.h"
 #include "rtl/ustring.h"
 #include "tools/streaming.h"
+#include "rtl/wide.h"
 #include "ui/persist.h"
 
 namespace Qm_tools {
 
-namespace {
+using rtl::W;
 
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+namespace {
 
 struct PrinterCloser {
   void operator()(HANDLE h) const { ClosePrinter(h); }

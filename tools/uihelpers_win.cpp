@@ -9,6 +9,7 @@
 #include <typeinfo>
 
 #include "dialog/QMMessageDlgVCL.h"
+#include "rtl/wide.h"
 #include "tools/search.h"
 #include "tools/uihelpers.h"
 #include "ui/buttons.h"
@@ -16,6 +17,8 @@
 #include "ui/winclass.h"
 
 namespace Qm_tools {
+
+using rtl::W;
 
 namespace {
 
@@ -110,7 +113,7 @@ void DrawAttachInfo(const ui::TCanvas& Canvas, const std::u16string& FileName, c
   // By the name's attributes only: the file need not exist.
   const UINT flags = SHGFI_SYSICONINDEX | SHGFI_USEFILEATTRIBUTES | (Large ? 0 : SHGFI_SMALLICON);
   const auto images = reinterpret_cast<HIMAGELIST>(
-      SHGetFileInfoW(reinterpret_cast<const wchar_t*>(FileName.c_str()), FILE_ATTRIBUTE_NORMAL,
+      SHGetFileInfoW(W(FileName), FILE_ATTRIBUTE_NORMAL,
                      &info, sizeof info, flags));
   // The system image list belongs to the shell: it is not destroyed here.
   if (images != nullptr)

@@ -1,10 +1,13 @@
 // The application object of this module (ui/application.h).
 #include "ui/application.h"
+#include "rtl/wide.h"
 #include "ui/forms.h"
 #include "ui/screen.h"
 #include "ui/winclass.h"
 
 namespace ui {
+
+using rtl::W;
 
 namespace {
 TApplication TheApplication;
@@ -28,7 +31,7 @@ TApplication::~TApplication() = default;
 HWND TApplication::Handle() {
   if (!handle_) {
     handle_ = AllocateHWnd(&DefWindowProcW, L"TApplication", true);
-    SetWindowTextW(handle_.get(), reinterpret_cast<const wchar_t*>(Title.c_str()));
+    SetWindowTextW(handle_.get(), W(Title));
   }
   return handle_.get();
 }

@@ -1,7 +1,10 @@
 // Pens, brushes and text measuring (ui/canvas.h).
 #include "ui/canvas.h"
+#include "rtl/wide.h"
 
 namespace ui {
+
+using rtl::W;
 
 rtl::unique_hpen CreatePenHandle(const TPen& pen) {
   if (pen.Style == psClear) return rtl::unique_hpen(CreatePen(PS_NULL, 0, 0));
@@ -26,7 +29,7 @@ TSize TCanvas::TextExtent(const std::u16string& text) const {
   const rtl::unique_hfont font = CreateFontHandle(Font);
   const rtl::select_object selected(dc.get(), font.get());
   SIZE size{0, 0};
-  GetTextExtentPoint32W(dc.get(), reinterpret_cast<const wchar_t*>(text.c_str()),
+  GetTextExtentPoint32W(dc.get(), W(text),
                         static_cast<int>(text.size()), &size);
   return {size.cx, size.cy};
 }

@@ -6,8 +6,11 @@
 #include <algorithm>
 
 #include "rtl/handles.h"
+#include "rtl/wide.h"
 
 namespace ui {
+
+using rtl::W;
 
 namespace {
 
@@ -100,7 +103,7 @@ void TCheckListBox::PaintLines() {
     SetTextColor(dc, GetSysColor(i == selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     const std::u16string s = Items().Get(i);
     text.left += 2;
-    DrawTextW(dc, reinterpret_cast<const wchar_t*>(s.c_str()), static_cast<int>(s.size()), &text,
+    DrawTextW(dc, W(s), static_cast<int>(s.size()), &text,
               DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
   }
   EndPaint(window, &ps);

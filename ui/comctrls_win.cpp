@@ -1,11 +1,14 @@
 // Header controls (ui/comctrls.h) over the common controls' header window.
 #include "ui/comctrls.h"
+#include "rtl/wide.h"
 
 #include <commctrl.h>
 
 #include <algorithm>
 
 namespace ui {
+
+using rtl::W;
 
 int THeaderSection::Index() const { return header_.Sections.IndexOf(*this); }
 
@@ -78,7 +81,7 @@ void THeaderControl::WriteSection(int index, bool insert) {
   HDITEMW item{};
   item.mask = HDI_WIDTH | HDI_TEXT | HDI_FORMAT;
   item.cxy = section.width_;
-  item.pszText = const_cast<wchar_t*>(reinterpret_cast<const wchar_t*>(section.text_.c_str()));
+  item.pszText = const_cast<wchar_t*>(W(section.text_));
   item.fmt = HDF_LEFT | HDF_STRING;
   SendMessageW(Handle(), insert ? HDM_INSERTITEMW : HDM_SETITEMW, static_cast<WPARAM>(index),
                reinterpret_cast<LPARAM>(&item));

@@ -10,15 +10,16 @@
 
 #include "rtl/ustring.h"
 #include "ui/controls.h"
+#include "rtl/wide.h"
 #include "ui/forms.h"
 #include "ui/menus.h"
 #include "ui/winclass.h"
 
 namespace ui {
 
-namespace {
+using rtl::W;
 
-const wchar_t* Wide(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
+namespace {
 
 RECT ToRECT(const TRect& r) { return {r.Left, r.Top, r.Right, r.Bottom}; }
 
@@ -341,7 +342,7 @@ void TWinControl::CreateWnd() {
   if (!params.systemClass) RegisterWindowClass(params.className, &MainWndProc, params.classStyle);
   // An own class picks the object up at WM_NCCREATE; a system class gets it afterwards.
   HWND window =
-      CreateWindowExW(params.exStyle, params.className.c_str(), Wide(caption_), params.style,
+      CreateWindowExW(params.exStyle, params.className.c_str(), W(caption_), params.style,
                       params.x, params.y, params.width, params.height, parent, nullptr,
                       ModuleInstance(), params.systemClass ? nullptr : this);
   if (window == nullptr)
@@ -529,7 +530,7 @@ void TWinControl::SetEnabled(bool enabled) {
 void TWinControl::SetCaption(const std::u16string& caption) {
   if (caption == caption_) return;
   caption_ = caption;
-  if (HandleAllocated()) SetWindowTextW(handle_.get(), Wide(caption_));
+  if (HandleAllocated()) SetWindowTextW(handle_.get(), W(caption_));
   Invalidate();
 }
 

@@ -2,10 +2,13 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "rtl/wide.h"
 #include "ui/extctrls.h"
 #include "ui/winclass.h"
 
 namespace ui {
+
+using rtl::W;
 
 // ---- TPanel -----------------------------------------------------------------------------
 
@@ -56,7 +59,7 @@ void TPanel::PaintWindow(HDC dc) {
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc,
                static_cast<COLORREF>(ColorToRGB(Enabled() ? ResolvedFont().Color : clGrayText)));
-  DrawTextW(dc, reinterpret_cast<const wchar_t*>(caption_.c_str()),
+  DrawTextW(dc, W(caption_),
             static_cast<int>(caption_.size()), &r,
             DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_EXPANDTABS);
 }

@@ -4,8 +4,11 @@
 #include <algorithm>
 
 #include "rtl/handles.h"
+#include "rtl/wide.h"
 
 namespace ui {
+
+using rtl::W;
 
 TStringGrid::TStringGrid(TComponent* owner)
     : TWinControl(owner), cells_(5, std::vector<std::u16string>(5)) {
@@ -87,7 +90,7 @@ void TStringGrid::PaintWindow(HDC dc) {
                    GetSysColor(back == COLOR_HIGHLIGHT ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
       const std::u16string& text = cells_[static_cast<size_t>(r)][static_cast<size_t>(c)];
       cell.left += 2;
-      DrawTextW(dc, reinterpret_cast<const wchar_t*>(text.c_str()), static_cast<int>(text.size()),
+      DrawTextW(dc, W(text), static_cast<int>(text.size()),
                 &cell, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
     }
   }

@@ -1,12 +1,15 @@
 // Menu items and popup menus (ui/menus.h): the item tree becomes a system popup menu at each
 // Popup and is destroyed when the menu closes.
 #include "ui/menus.h"
+#include "rtl/wide.h"
 
 #include <algorithm>
 
 #include "ui/winclass.h"
 
 namespace ui {
+
+using rtl::W;
 
 namespace {
 
@@ -20,8 +23,6 @@ UINT NextCommand() {
   return ++last;
 }
 
-const wchar_t* Wide(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
-
 void AppendItems(HMENU menu, const TMenuItem& parent) {
   for (int i = 0; i < parent.Count(); ++i) {
     const TMenuItem& item = *parent.Items(i);
@@ -33,7 +34,7 @@ void AppendItems(HMENU menu, const TMenuItem& parent) {
     UINT flags = MF_STRING | (item.Enabled ? MF_ENABLED : MF_GRAYED) |
                  (item.Checked ? MF_CHECKED : MF_UNCHECKED);
     if (item.Count() == 0) {
-      AppendMenuW(menu, flags, item.Command(), Wide(item.Caption));
+      AppendMenuW(menu, flags, item.Command(), W(item.Caption));
       continue;
     }
     unique_hmenu submenu(CreatePopupMenu());
@@ -41,7 +42,7 @@ void AppendItems(HMENU menu, const TMenuItem& parent) {
     AppendItems(submenu.get(), item);
     // The parent menu owns the submenu once it holds it.
     if (AppendMenuW(menu, flags | MF_POPUP, reinterpret_cast<UINT_PTR>(submenu.get()),
-                    Wide(item.Caption)))
+                    W(item.Caption)))
       (void)submenu.release();
   }
 }

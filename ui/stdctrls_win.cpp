@@ -1,5 +1,6 @@
 // Labels, list boxes, memos and check boxes (ui/stdctrls.h).
 #include "ui/stdctrls.h"
+#include "rtl/wide.h"
 
 #include <algorithm>
 #include <utility>
@@ -7,11 +8,7 @@
 
 namespace ui {
 
-namespace {
-
-const wchar_t* Wide(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
-
-}  // namespace
+using rtl::W;
 
 TLabel::TLabel(TComponent* owner) : TGraphicControl(owner) { bounds_ = {0, 0, 65, 17}; }
 
@@ -56,7 +53,7 @@ void TLabel::AdjustBounds() {
   const rtl::unique_hdc dc(CreateCompatibleDC(nullptr));
   const rtl::select_object font(dc.get(), FontHandle());
   RECT r{0, 0, Width(), 0};
-  DrawTextW(dc.get(), reinterpret_cast<const wchar_t*>(text.c_str()),
+  DrawTextW(dc.get(), W(text),
             static_cast<int>(text.size()), &r, TextFlags() | DT_CALCRECT);
   SetBounds(Left(), Top(), r.right, r.bottom);
 }
@@ -72,7 +69,7 @@ void TLabel::Paint(HDC dc) {
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc,
                static_cast<COLORREF>(ColorToRGB(Enabled() ? ResolvedFont().Color : clGrayText)));
-  DrawTextW(dc, reinterpret_cast<const wchar_t*>(caption_.c_str()),
+  DrawTextW(dc, W(caption_),
             static_cast<int>(caption_.size()), &r, TextFlags());
 }
 
@@ -103,7 +100,7 @@ class TListBox::TListBoxStrings : public rtl::TStrings {
     lines_.insert(lines_.begin() + index, {std::u16string(s), object});
     if (box_.HandleAllocated())
       SendMessageW(box_.Window(), LB_INSERTSTRING, static_cast<WPARAM>(index),
-                   reinterpret_cast<LPARAM>(Wide(lines_[static_cast<size_t>(index)].first)));
+                   reinterpret_cast<LPARAM>(W(lines_[static_cast<size_t>(index)].first)));
   }
   void Delete(int index) override {
     lines_.erase(lines_.begin() + Check(index));
@@ -118,7 +115,7 @@ class TListBox::TListBoxStrings : public rtl::TStrings {
   // Hands every line to a window just made.
   void Fill(HWND window) const {
     for (const auto& line : lines_)
-      SendMessageW(window, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(line.first)));
+      SendMessageW(window, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(W(line.first)));
   }
 
  private:
@@ -213,7 +210,7 @@ std::u16string TMemo::Text() const {
   if (!HandleAllocated()) return caption_;
   const HWND window = const_cast<TMemo*>(this)->Handle();
   std::u16string text(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, u'\0');
-  text.resize(static_cast<size_t>(GetWindowTextW(window, reinterpret_cast<wchar_t*>(text.data()),
+  text.resize(static_cast<size_t>(GetWindowTextW(window, W(text),
                                                  static_cast<int>(text.size()))));
   return text;
 }

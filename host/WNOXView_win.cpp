@@ -10,10 +10,13 @@
 #include "rtl/handles.h"
 #include "rtl/inifiles.h"
 #include "rtl/unitinit.h"
+#include "rtl/wide.h"
 #include "tools/paths.h"
 #include "tools/interapp.h"
 
 namespace WNOXView {
+
+using rtl::W;
 
 std::u16string NOXIniName;
 std::u16string NOXProg;
@@ -22,8 +25,6 @@ bool ProgLoaded = false;
 namespace {
 
 rtl::TUnitCounter Counter;
-
-const wchar_t* W(const std::u16string& s) { return reinterpret_cast<const wchar_t*>(s.c_str()); }
 
 // Window handles travel as 32-bit signed values: only a value above 0 is a window.
 std::int32_t HandleValue(HWND wnd) {

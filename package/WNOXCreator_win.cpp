@@ -3,11 +3,14 @@
 #include "host/WNOXView.h"
 #include "package/WNOXConstants.h"
 #include "rtl/unitinit.h"
+#include "rtl/wide.h"
 #include "ui/forms.h"
 
 #include <utility>
 
 namespace WNOXCreator {
+
+using rtl::W;
 
 using namespace ToolsAPI::WelcomePage;
 
@@ -51,7 +54,7 @@ ui::TFrame* TWPDemoPlugInCreator::CreateView() {
   if (FWPPluginView == nullptr && WelcomePagePluginService != nullptr) {
     const std::u16string caption = WNOXConstants::LoadResString(WNOXConstants::sPluginName);
     FWPPluginView = WelcomePagePluginService->CreateCaptionFrame(
-        kPluginID, reinterpret_cast<const wchar_t*>(caption.c_str()), nullptr);
+        kPluginID, W(caption), nullptr);
   }
   // Every call hands the view a fresh hosting frame, also when the view existed already.
   ToolsAPI::InterfacePtr<INTAWelcomePageCaptionFrame> captionFrame;
