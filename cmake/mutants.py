@@ -266,6 +266,18 @@ def label_regex(label):
     return "^" + re.sub(r"([.^$*+?()\[\]{}|\\])", r"\\\1", label) + "$"
 
 
+# Families whose code other suites run as well: the stand-in companion program is started
+# and driven by the page's tests and the development host's.
+TESTED_ALSO_BY = {"companion": ["spine", "devhost"]}
+
+
+def tests_regex(family):
+    """A ctest -L pattern for the family's label and the labels of the suites that also run
+    its code."""
+    labels = [family] + TESTED_ALSO_BY.get(family, [])
+    return "|".join(label_regex(label) for label in labels)
+
+
 def file_platform(rel):
     base = os.path.basename(rel)
     if base.endswith("_win.cpp") or rel.startswith(WINDOWS_ONLY_DIRS):
@@ -588,7 +600,7 @@ class Runner:
 
     def tests_of(self, family, build):
         code, out = self.call(["ctest", "--test-dir", self.build_dir(build), "--show-only=json-v1",
-                               "-L", label_regex(family)])
+                               "-L", tests_regex(family)])
         if code != 0:
             raise SystemExit(f"mutants: ctest cannot list the tests of {family}")
         return json.loads(out[out.index("{"):])["tests"]
@@ -671,7 +683,7 @@ class Runner:
                                   shell=True, timeout=timeout)
             spent = time.monotonic() - start
             return code == 0, code is None, spent, spent
-        cmd = ["ctest", "--test-dir", self.build_dir(build), "-L", label_regex(family),
+        cmd = ["ctest", "--test-dir", self.build_dir(build), "-L", tests_regex(family),
                "--no-tests=error"]
         env = self.env(build, fault_id, True)
         if self.args.matrix:
