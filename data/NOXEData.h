@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "rtl/classes.h"
+#include "data/noxedata_api.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -30,7 +31,7 @@ using enum TFontStyle;
 using TFontStyles = std::set<TFontStyle>;
 
 // What is known of the project the IDE has open.
-class TProject : public rtl::TObject {
+class NOXEDATA_API TProject : public rtl::TObject {
  public:
   std::u16string DelphiVersion;
   std::u16string Path;  // the project's folder; GetFileName may take its final '\' off
@@ -47,74 +48,74 @@ class TProject : public rtl::TObject {
 
 // ---- Globals (start values in globals.cpp) --------------------------------------------------
 
-extern bool DiffDblClick;
-extern bool IsDark;
-extern bool IDESlave;
-extern bool DelphiUsesEnglishIDE;
-extern bool ShowLastProject;
-extern bool StopAfterExec;
-extern bool SecondInstanz;
-extern bool ShowBookmarksToolbar;
-extern bool ShowFilePathPanel;
+extern NOXEDATA_API bool DiffDblClick;
+extern NOXEDATA_API bool IsDark;
+extern NOXEDATA_API bool IDESlave;
+extern NOXEDATA_API bool DelphiUsesEnglishIDE;
+extern NOXEDATA_API bool ShowLastProject;
+extern NOXEDATA_API bool StopAfterExec;
+extern NOXEDATA_API bool SecondInstanz;
+extern NOXEDATA_API bool ShowBookmarksToolbar;
+extern NOXEDATA_API bool ShowFilePathPanel;
 
 // The current project; null while none is known. Not owned by this unit.
-extern TProject* Project;
+extern NOXEDATA_API TProject* Project;
 // The IDE versions' display names, comma-separated, oldest first.
-extern std::u16string DVersions;
+extern NOXEDATA_API std::u16string DVersions;
 
-extern std::int32_t PrevNextPosition;
-extern std::int32_t FMXCounter;
-extern std::int32_t VCLCounter;
-extern std::int32_t OpenProjIn;
-extern std::int32_t MaxUndo;
-extern std::int32_t AktUndo;
-extern std::int32_t Multistart;
-extern std::intptr_t stvNoUpdate;
-extern std::intptr_t UsedProjectColumns;
+extern NOXEDATA_API std::int32_t PrevNextPosition;
+extern NOXEDATA_API std::int32_t FMXCounter;
+extern NOXEDATA_API std::int32_t VCLCounter;
+extern NOXEDATA_API std::int32_t OpenProjIn;
+extern NOXEDATA_API std::int32_t MaxUndo;
+extern NOXEDATA_API std::int32_t AktUndo;
+extern NOXEDATA_API std::int32_t Multistart;
+extern NOXEDATA_API std::intptr_t stvNoUpdate;
+extern NOXEDATA_API std::intptr_t UsedProjectColumns;
 // The plug-in's window (an HWND in the windows build).
-extern void* PlugInHandle;
+extern NOXEDATA_API void* PlugInHandle;
 
-extern std::u16string StdFontName;
-extern std::u16string StdFontNameUni;
-extern std::int32_t StdFontSize;
-extern TColor StdFontTextColor;
-extern TColor StdFontBackColor;
-extern TFontStyles StdFontStyle;
+extern NOXEDATA_API std::u16string StdFontName;
+extern NOXEDATA_API std::u16string StdFontNameUni;
+extern NOXEDATA_API std::int32_t StdFontSize;
+extern NOXEDATA_API TColor StdFontTextColor;
+extern NOXEDATA_API TColor StdFontBackColor;
+extern NOXEDATA_API TFontStyles StdFontStyle;
 
-extern std::u16string LastProjFile;
-extern std::u16string LastSelectedNodeText;
-extern std::u16string LastSelectedDocText;
-extern std::u16string LastProjTV;
-extern std::u16string LastDocTV;
-extern std::u16string AADest;
-extern std::u16string AASrc;
-extern std::u16string FileMan;
-extern std::u16string PDFProg;
-extern std::u16string BackupProg;
-extern std::u16string CurrentDelphi;
-extern std::u16string MasterDelphi;
-extern std::u16string LastAddPath;
-extern std::u16string LastSaveDir;
-extern std::u16string MethodsFile;
-extern std::u16string MethodsHintsFile;
-extern std::u16string MethodsClassFile;
+extern NOXEDATA_API std::u16string LastProjFile;
+extern NOXEDATA_API std::u16string LastSelectedNodeText;
+extern NOXEDATA_API std::u16string LastSelectedDocText;
+extern NOXEDATA_API std::u16string LastProjTV;
+extern NOXEDATA_API std::u16string LastDocTV;
+extern NOXEDATA_API std::u16string AADest;
+extern NOXEDATA_API std::u16string AASrc;
+extern NOXEDATA_API std::u16string FileMan;
+extern NOXEDATA_API std::u16string PDFProg;
+extern NOXEDATA_API std::u16string BackupProg;
+extern NOXEDATA_API std::u16string CurrentDelphi;
+extern NOXEDATA_API std::u16string MasterDelphi;
+extern NOXEDATA_API std::u16string LastAddPath;
+extern NOXEDATA_API std::u16string LastSaveDir;
+extern NOXEDATA_API std::u16string MethodsFile;
+extern NOXEDATA_API std::u16string MethodsHintsFile;
+extern NOXEDATA_API std::u16string MethodsClassFile;
 
 // Lists the unit's start-up creates and its shutdown frees; null outside that time.
-extern rtl::TStringList* slMethods;
-extern rtl::TStringList* slMethodsHints;
-extern rtl::TStringList* slMethodsClass;
-extern rtl::TStringList* slUnits;
-extern rtl::TStringList* slExistingDelphis;
-extern rtl::TStringList* slProgs;
-extern rtl::TStringList* slPrevNextLine;
-extern rtl::TStringList* slPrevNextFile;
-extern rtl::TStringList* slPropRepl;
-extern rtl::TStringList* slValRepl;
-extern rtl::TStringList* slRemoveFMX;
-extern rtl::TStringList* slDelFilesAtEnd;
+extern NOXEDATA_API rtl::TStringList* slMethods;
+extern NOXEDATA_API rtl::TStringList* slMethodsHints;
+extern NOXEDATA_API rtl::TStringList* slMethodsClass;
+extern NOXEDATA_API rtl::TStringList* slUnits;
+extern NOXEDATA_API rtl::TStringList* slExistingDelphis;
+extern NOXEDATA_API rtl::TStringList* slProgs;
+extern NOXEDATA_API rtl::TStringList* slPrevNextLine;
+extern NOXEDATA_API rtl::TStringList* slPrevNextFile;
+extern NOXEDATA_API rtl::TStringList* slPropRepl;
+extern NOXEDATA_API rtl::TStringList* slValRepl;
+extern NOXEDATA_API rtl::TStringList* slRemoveFMX;
+extern NOXEDATA_API rtl::TStringList* slDelFilesAtEnd;
 // Editor positions per file, "file" + #1 + lines joined by #3 (see SetPosChanges). Created
 // and freed by the companion program's code, never by this unit.
-extern rtl::TStringList* slPosInfo;
+extern NOXEDATA_API rtl::TStringList* slPosInfo;
 
 // ---- Catalogue of IDE versions --------------------------------------------------------------
 
@@ -163,35 +164,35 @@ inline constexpr std::array<std::u16string_view, DelphiVersionsCount> DelphiRegP
 // found wins; "" when none is.
 //   GetDVersion(u"18")    == u"Delphi 10 Seattle"    GetDVersion(u"116.0") == u"Delphi XE7"
 //   GetDVersion(u"18.10") == u"Delphi 10.1 Berlin"   GetDVersion(u"20.0")  == u""
-std::u16string GetDVersion(std::u16string_view VersionNr);
+NOXEDATA_API std::u16string GetDVersion(std::u16string_view VersionNr);
 // The update a product version number stands for, as shown beside the name, and as a bare
 // number ("0/1", "2/3" where one number covers two updates); "" for any number not exactly
 // in the table.
 //   GetSpecs(u"19.5") == u" ( Update 2 or 3 )"   GetSpecsNr(u"19.5") == u"2/3"
 //   GetSpecs(u"19.3") == u" ( First Release )"   GetSpecsNr(u"19.3") == u""
-std::u16string GetSpecs(std::u16string_view VersionNr);
-std::u16string GetSpecsNr(std::u16string_view VersionNr);
+NOXEDATA_API std::u16string GetSpecs(std::u16string_view VersionNr);
+NOXEDATA_API std::u16string GetSpecsNr(std::u16string_view VersionNr);
 
 #ifdef _WIN32
 // Whether Key ("\Software\...", from RootKey) exists; false on any failure.
-bool RegKeyExists(const std::u16string& Key, HKEY RootKey);
+NOXEDATA_API bool RegKeyExists(const std::u16string& Key, HKEY RootKey);
 // Opens Key read-only and, when it opened, reads the string value Name into Value (a
 // missing value reads as ""). True when the key opened and the value read; Value is left
 // alone when the key is missing or the value is not a string.
-bool RegReadStr(const std::u16string& Key, const std::u16string& Name, std::u16string& Value,
+NOXEDATA_API bool RegReadStr(const std::u16string& Key, const std::u16string& Name, std::u16string& Value,
                 HKEY RootKey);
 #endif
 
 // ---- Project texts --------------------------------------------------------------------------
 
 // Number of blanks (code 32) at the start of S; a tab ends the count.
-int GetSpaceCount(std::u16string_view S);
+NOXEDATA_API int GetSpaceCount(std::u16string_view S);
 
 // Dir up to and including the last '\' before its final character; Dir itself when it is
 // shorter than 4 characters or has no such '\'.
 //   GetPrevDir(u"C:\\a\\b") == GetPrevDir(u"C:\\a\\b\\") == u"C:\\a\\"
 //   GetPrevDir(u"C:\\a") == u"C:\\"     GetPrevDir(u"C:\\") == u"C:\\"
-std::u16string GetPrevDir(std::u16string_view Dir);
+NOXEDATA_API std::u16string GetPrevDir(std::u16string_view Dir);
 
 // A file name from a project file made absolute against Project->Path. Unchanged when it
 // already is absolute (holds ":\" or starts with "\\") or no project is known. A bare name
@@ -199,19 +200,19 @@ std::u16string GetPrevDir(std::u16string_view Dir);
 // folder. That branch takes a final '\' off Project->Path itself and leaves it so: the
 // callers have always relied on it.
 //   Path C:\p\src\, "..\lib\u.pas" -> "C:\p\lib\u.pas", and Path is C:\p\src afterwards
-std::u16string GetFileName(std::u16string_view FileName);
+NOXEDATA_API std::u16string GetFileName(std::u16string_view FileName);
 
 // Stores List's lines as the position record of FileName in slPosInfo: the first entry that
 // starts with FileName is replaced, else one is added. The entry is FileName, #1, then
 // List.Text() with each CR LF turned into #3, so it ends in #3. Does nothing while slPosInfo
 // is null.
-void SetPosChanges(const rtl::TStrings& List, std::u16string_view FileName);
+NOXEDATA_API void SetPosChanges(const rtl::TStrings& List, std::u16string_view FileName);
 
 // ---- Start and stop -------------------------------------------------------------------------
 
 // Start and stop work of the unit, counter-guarded: start-up creates the string lists, shutdown
 // frees them.
-void Initialize();
-void Finalize();
+NOXEDATA_API void Initialize();
+NOXEDATA_API void Finalize();
 
 }  // namespace NOXEData

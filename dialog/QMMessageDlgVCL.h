@@ -3,11 +3,13 @@
 // reads StdDlgSettings and applies the plan of dialog_plan.h.
 #pragma once
 
+
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include "dialog/qmmessagedlg_api.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -41,10 +43,10 @@ struct TDlgSettings {
 };
 
 // The values every program starts with; Initialize puts them back.
-TDlgSettings StartDlgSettings();
+QMMESSAGEDLG_API TDlgSettings StartDlgSettings();
 
 // Read by every dialog when it is built; any caller may change it at any time.
-extern TDlgSettings StdDlgSettings;
+extern QMMESSAGEDLG_API TDlgSettings StdDlgSettings;
 
 enum TMsgDlgType { mtWarning = 0, mtError, mtInformation, mtConfirmation, mtCustom };
 
@@ -102,20 +104,20 @@ inline constexpr std::u16string_view ButtonCaptionsEnglish =
 // Shows Msg in the dialog, with a header and glyph for DlgType and a button for each member
 // of Buttons (mbHelp makes none), and returns the result of the button that closed it.
 // Modal: the program's other windows are disabled until it closes. Main thread only.
-int MessageDlgEx(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons Buttons,
+QMMESSAGEDLG_API int MessageDlgEx(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons Buttons,
                  int HelpCtx);
 // The same as MessageDlgEx.
-int MessageDlg(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons Buttons,
+QMMESSAGEDLG_API int MessageDlg(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons Buttons,
                int HelpCtx);
 // Msg as information with an OK button.
-void ShowMessage(const std::u16string& Msg);
+QMMESSAGEDLG_API void ShowMessage(const std::u16string& Msg);
 // Msg as information with an OK button, in the fixed-pitch font when FixedFont; leaves
 // StdDlgSettings.UseFixedFont at FixedFont.
-void ShowMessageEx(const std::u16string& Msg, int HelpCtx, bool FixedFont);
+QMMESSAGEDLG_API void ShowMessageEx(const std::u16string& Msg, int HelpCtx, bool FixedFont);
 // The system's message box, shown as this dialog: kind and buttons from Flags (see
 // MessageBoxKind and MessageBoxButtons), the result as the system's IDOK..IDNO. hWnd and
 // Caption are not used.
-int MessageBox(HWND hWnd, const wchar_t* Text, const wchar_t* Caption, UINT Flags);
+QMMESSAGEDLG_API int MessageBox(HWND hWnd, const wchar_t* Text, const wchar_t* Caption, UINT Flags);
 #endif
 
 // What MessageDlgEx shows instead of the dialog while one is installed: it gets the
@@ -124,11 +126,11 @@ int MessageBox(HWND hWnd, const wchar_t* Text, const wchar_t* Caption, UINT Flag
 using TDlgPresenter = std::function<int(const std::u16string& Msg, TMsgDlgType DlgType,
                                         TMsgDlgButtons Buttons, int HelpCtx)>;
 // Installs `presenter` (empty: the dialog again) and returns the one it replaces.
-TDlgPresenter SetDlgPresenter(TDlgPresenter presenter);
+QMMESSAGEDLG_API TDlgPresenter SetDlgPresenter(TDlgPresenter presenter);
 
 // Start and stop work of the unit, counter-guarded: only the outermost pair acts. Start
 // puts StdDlgSettings to its start values; stop releases its strings.
-void Initialize();
-void Finalize();
+QMMESSAGEDLG_API void Initialize();
+QMMESSAGEDLG_API void Finalize();
 
 }  // namespace QMMessageDlgVCL

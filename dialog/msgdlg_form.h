@@ -15,10 +15,11 @@
 #include "ui/imglist.h"
 #include "ui/menus.h"
 #include "ui/stdctrls.h"
+#include "dialog/qmmessagedlg_api.h"
 
 namespace QMMessageDlgVCL {
 
-class TF_MsgDlg : public ui::TForm {
+class QMMESSAGEDLG_API TF_MsgDlg : public ui::TForm {
  public:
   // The form as designed: 630 x 415, the template OK button alone in the row.
   explicit TF_MsgDlg(ui::TComponent* owner);
@@ -92,9 +93,9 @@ class TF_MsgDlg : public ui::TForm {
 };
 
 // The dialog shown now, or the last one (stale once it is freed).
-extern TF_MsgDlg* F_MsgDlg;
+extern QMMESSAGEDLG_API TF_MsgDlg* F_MsgDlg;
 // The buttons of the current dialog in row order: caption, with the button panel as object.
 // Made by MessageDlgEx, freed by the form's FormDestroy.
-extern rtl::TStringList* DlgButtons;
+extern QMMESSAGEDLG_API rtl::TStringList* DlgButtons;
 
 }  // namespace QMMessageDlgVCL

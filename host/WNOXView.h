@@ -12,20 +12,21 @@
 #include "ui/buttons.h"
 #include "ui/extctrls.h"
 #include "ui/forms.h"
+#include "host/wnoxview_api.h"
 
 namespace WNOXView {
 
 // Full path of the shared settings file ("quillmark\NOX\NOX.INI" under APPDATA).
-extern std::u16string NOXIniName;
+extern WNOXVIEW_API std::u16string NOXIniName;
 // Full path of the companion program, without a trailing backslash.
-extern std::u16string NOXProg;
+extern WNOXVIEW_API std::u16string NOXProg;
 // True from a successful docking until StopProg; shared by every frame.
-extern bool ProgLoaded;
+extern WNOXVIEW_API bool ProgLoaded;
 
-void Initialize();
-void Finalize();
+WNOXVIEW_API void Initialize();
+WNOXVIEW_API void Finalize();
 
-class TMainFrame : public ui::TFrame {
+class WNOXVIEW_API TMainFrame : public ui::TFrame {
  public:
   explicit TMainFrame(ui::TComponent* owner);
   ~TMainFrame() override;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ide/WelcomePage.h"
+#include "package/wnoxcreator_api.h"
 
 namespace ui {
 class TFrame;
@@ -16,7 +17,7 @@ namespace WNOXCreator {
 
 // Reference-counted: it lives as long as an interface reference to it is held (after
 // PlugInStartup, the Welcome Page service's).
-class TWPDemoPlugInCreator final
+class WNOXCREATOR_API TWPDemoPlugInCreator final
     : public ToolsAPI::WelcomePage::INTAWelcomePageContentPluginCreator {
  public:
   TWPDemoPlugInCreator();  // icon index 2, no view yet
@@ -50,9 +51,9 @@ class TWPDemoPlugInCreator final
 };
 
 // Called by the IDE once after loading the package.
-void Register();
+WNOXCREATOR_API void Register();
 
-void Initialize();
-void Finalize();
+WNOXCREATOR_API void Initialize();
+WNOXCREATOR_API void Finalize();
 
 }  // namespace WNOXCreator

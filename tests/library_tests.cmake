@@ -8,3 +8,10 @@ if(NOT WIN32)
                    -P ${CMAKE_CURRENT_SOURCE_DIR}/consumer/run_consumer.cmake)
   set_tests_properties(library.consumer PROPERTIES LABELS "library;native" TIMEOUT 300)
 endif()
+# The package DLL's export table against what the unit headers mark for export.
+nox_win_tests(LABEL library PREFIX LibraryExports SOURCES library_win_test.cpp LIBS nox_rtl)
+if(WIN32)
+  set_source_files_properties(library_win_test.cpp PROPERTIES
+    COMPILE_DEFINITIONS "NOX_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}\"")
+  add_dependencies(win_tests WNOXD13_64)
+endif()

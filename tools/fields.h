@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "rtl/classes.h"
+#include "tools/qm_tools_api.h"
 
 namespace Qm_tools {
 
@@ -23,37 +24,37 @@ namespace Qm_tools {
 // Number of fields: the delimiters, plus one when the string does not end with one.
 //   GetFieldsCount(u';', u"a;b") == 2     GetFieldsCount(u';', u"a;b;") == 2
 //   GetFieldsCount(u';', u";")   == 1     GetFieldsCount(u';', u"")     == 0
-int GetFieldsCount(char16_t d, std::u16string_view s);
+QM_TOOLS_API int GetFieldsCount(char16_t d, std::u16string_view s);
 
 // Field `index` (1-based); "" when there is no such field.
-std::u16string GetFieldStr(char16_t d, std::u16string_view s, int index);
+QM_TOOLS_API std::u16string GetFieldStr(char16_t d, std::u16string_view s, int index);
 
 // The string from field `index` on, less the string's last character.
 //   CopyFieldStr(u';', u"a;b;c;", 2) == u"b;c"
 //   CopyFieldStr(u';', u"a;b;c", 2)  == u"b;"   (the last character goes in any case)
 //   CopyFieldStr(u';', u"a;b;c", 3)  == u"c"    (the open last field comes whole)
-std::u16string CopyFieldStr(char16_t d, std::u16string_view s, int index);
+QM_TOOLS_API std::u16string CopyFieldStr(char16_t d, std::u16string_view s, int index);
 
 // Resumable GetFieldStr for one pass over many fields: start with start = 1, count = 0
 // and ask for index = count + 1 each time. Advances `start` past the field returned and
 // counts the delimiters passed in `count`, which it never resets. A start below 1 reads
 // from 1. Asking for index == count when s[start] is no delimiter returns the text
 // before `start` (less its last character) and advances start by one.
-std::u16string GetFieldStrAtStart(char16_t d, std::u16string_view s, int index, int& start,
+QM_TOOLS_API std::u16string GetFieldStrAtStart(char16_t d, std::u16string_view s, int index, int& start,
                                   int& count);
 
 // Number of the first field equal to `value` (case-sensitive), -1 if none.
-int GetFieldPos(char16_t d, std::u16string_view s, std::u16string_view value);
+QM_TOOLS_API int GetFieldPos(char16_t d, std::u16string_view s, std::u16string_view value);
 
 // Number of the first field equal to `value` ignoring case (AnsiLowerCase on both), 0
 // if none. An empty value gives 1 when `s` begins with the delimiter and 0 otherwise.
-int GetIndexOf(char16_t d, std::u16string_view s, std::u16string_view value);
+QM_TOOLS_API int GetIndexOf(char16_t d, std::u16string_view s, std::u16string_view value);
 
 // Appends every field as a line (empty fields as empty lines); the list is not cleared.
-void AddFieldsToStrList(char16_t d, std::u16string_view s, rtl::TStrings& list);
+QM_TOOLS_API void AddFieldsToStrList(char16_t d, std::u16string_view s, rtl::TStrings& list);
 
 // Clears the list and fills it with the fields; true when it holds any line afterwards.
-bool CreateDBFields(rtl::TStringList& list, std::u16string_view s, char16_t d);
+QM_TOOLS_API bool CreateDBFields(rtl::TStringList& list, std::u16string_view s, char16_t d);
 
 // ---- Writing (the string is changed in place) ----
 
@@ -63,45 +64,45 @@ bool CreateDBFields(rtl::TStringList& list, std::u16string_view s, char16_t d);
 // framework's 2^31-1 characters leaves `s` unchanged (both setters).
 //   SetFieldStr(u';', "a;b;", u"x", 1) -> "x;b"     SetFieldStr(u';', "", u"x", 3) -> ";;x"
 //   SetFieldStr(u';', "a;b", u"x", 4)  -> "a;b;x"
-void SetFieldStr(char16_t d, std::u16string& s, std::u16string_view value, int index);
+QM_TOOLS_API void SetFieldStr(char16_t d, std::u16string& s, std::u16string_view value, int index);
 
 // Edits field `index` in place, leaving everything else (trailing delimiter included).
 // Past the end it pads with index-count delimiters; index 0 prefixes the first field.
 //   SetFieldStr2(u';', "a;b;", u"x", 1) -> "x;b;"   SetFieldStr2(u';', "", u"x", 1) -> ";x"
 //   SetFieldStr2(u';', "a;b", u"x", 0)  -> "xa;b"
-void SetFieldStr2(char16_t d, std::u16string& s, std::u16string_view value, int index);
+QM_TOOLS_API void SetFieldStr2(char16_t d, std::u16string& s, std::u16string_view value, int index);
 
 // Removes field `index`; beyond the last field, or index <= 0, nothing changes.
 //   "a;b;c", 2 -> "a;c"     "a;b;c", 1 -> "b;c"     "a;b;c", 3 -> "a;b"
-void DeleteFieldStr(char16_t d, std::u16string& s, int index);
+QM_TOOLS_API void DeleteFieldStr(char16_t d, std::u16string& s, int index);
 
 // Inserts `value` after field `index`. Without any delimiter in `s` the value goes in
 // front whatever the index; past the last delimiter nothing happens.
 //   "a;b;c", "x", 1 -> "a;x;b;c"     "abc", "x", 9 -> "x;abc"
-void InsertFieldStr(char16_t d, std::u16string& s, std::u16string_view value, int index);
+QM_TOOLS_API void InsertFieldStr(char16_t d, std::u16string& s, std::u16string_view value, int index);
 
 // Inserts `value` before field `index`; index 1 inserts after the first character.
 // Without any delimiter, or with one in front, the value goes in front whatever the index.
 //   "a;b;c", "x", 2 -> "a;x;b;c"     "ab;c", "x", 1 -> "ax;b;c"     ";b", "x", 2 -> "x;;b"
-void InsertFieldStrBefore(char16_t d, std::u16string& s, std::u16string_view value,
+QM_TOOLS_API void InsertFieldStrBefore(char16_t d, std::u16string& s, std::u16string_view value,
                           int index);
 
 // Appenders: terminated style ("a;b;"), separated style ("a;b") and the mixed one that
 // ends with a delimiter only when the old string did not.
-void qm_AddFieldStr(char16_t d, std::u16string& s, std::u16string_view value);
-void qm_AddFieldStr2(char16_t d, std::u16string& s, std::u16string_view value);
-void qm_AddFieldStr_Ver2(char16_t d, std::u16string& s, std::u16string_view value);
+QM_TOOLS_API void qm_AddFieldStr(char16_t d, std::u16string& s, std::u16string_view value);
+QM_TOOLS_API void qm_AddFieldStr2(char16_t d, std::u16string& s, std::u16string_view value);
+QM_TOOLS_API void qm_AddFieldStr_Ver2(char16_t d, std::u16string& s, std::u16string_view value);
 
 // ---- Array helpers ----
 
 // The items joined by the delimiter; "" for no items.
-std::u16string asStr(std::span<const std::u16string> items, char16_t d);
-std::u16string asStr(std::initializer_list<std::u16string> items, char16_t d);
+QM_TOOLS_API std::u16string asStr(std::span<const std::u16string> items, char16_t d);
+QM_TOOLS_API std::u16string asStr(std::initializer_list<std::u16string> items, char16_t d);
 
 // Text for the current ToolsLanguage out of items written as "DE:Datei", "EN:File":
 // the text from the fourth character (at most 5000) of the first item whose first two
 // characters equal ToolsLanguage exactly; "" when none does.
-std::u16string GLT(std::span<const std::u16string> texts);
-std::u16string GLT(std::initializer_list<std::u16string> texts);
+QM_TOOLS_API std::u16string GLT(std::span<const std::u16string> texts);
+QM_TOOLS_API std::u16string GLT(std::initializer_list<std::u16string> texts);
 
 }  // namespace Qm_tools

@@ -13,11 +13,12 @@
 #include "rtl/classes.h"
 #include "rtl/dateutils.h"
 #include "rtl/sysutils.h"
+#include "tools/qm_tools_api.h"
 
 namespace Qm_tools {
 
 // A file whose attributes cannot be read (SetFileHiddenAttribute).
-class EFileAttributeError : public rtl::Exception {
+class QM_TOOLS_API EFileAttributeError : public rtl::Exception {
  public:
   using rtl::Exception::Exception;
 };
@@ -33,11 +34,11 @@ class EFileAttributeError : public rtl::Exception {
 // Under '.' a tiny file stays "0.00 kb": only the comma text is lifted.
 //   GetSizeStr(1) == "0,01 kb"   GetSizeStr(1048576) == "1024 kb"
 //   GetSizeStr(1073741824) == "1024,00 MB"   GetSizeStr(1073741825) == "1,00 GB"
-std::u16string GetSizeStr(std::int64_t Size);
+QM_TOOLS_API std::u16string GetSizeStr(std::int64_t Size);
 
 // The first lines of CompareThisFiles' message: "<Size1>: Größe von <File1>" CR
 // "<Size2>: Größe von <File2>".
-std::u16string CompareFilesHeader(std::int64_t Size1, std::u16string_view File1,
+QM_TOOLS_API std::u16string CompareFilesHeader(std::int64_t Size1, std::u16string_view File1,
                                   std::int64_t Size2, std::u16string_view File2);
 // The verdict of CompareThisFiles over the two contents: the first differing position
 // (1-based) with both bytes and up to ten bytes of context from there (to the end of the
@@ -45,7 +46,7 @@ std::u16string CompareFilesHeader(std::int64_t Size1, std::u16string_view File1,
 // when nothing differs but the sizes do. Only positions 1 .. n-1 are compared (n the
 // smaller size): a difference in the last byte of the shorter file goes unseen. Bytes
 // show as the characters of the same number.
-std::u16string CompareFilesText(const std::vector<std::uint8_t>& Data1, std::u16string_view File1,
+QM_TOOLS_API std::u16string CompareFilesText(const std::vector<std::uint8_t>& Data1, std::u16string_view File1,
                                 const std::vector<std::uint8_t>& Data2, std::u16string_view File2);
 
 // ---- The system (windows build) -----------------------------------------------------------
@@ -55,71 +56,71 @@ std::u16string CompareFilesText(const std::vector<std::uint8_t>& Data1, std::u16
 // Source is unlocked for the copy and locked again. False when the folder cannot be made
 // or Dest is missing after the copy; true when Source does not exist (nothing to do).
 // rtl::EInOutError when the system refuses the copy (Dest locked or read-only, disk full).
-bool qm_CopyFile(const std::u16string& Source, const std::u16string& Dest);
+QM_TOOLS_API bool qm_CopyFile(const std::u16string& Source, const std::u16string& Dest);
 // Moves Source to Dest, creating Dest's folder; where the system cannot move (another
 // drive), copies, deletes Source and gives Dest Source's attributes. False on any failing
 // step: a read-only Source that cannot be deleted stays beside its copy. A copy the system
 // refuses raises as in qm_CopyFile.
-bool qm_MoveFile(const std::u16string& Source, const std::u16string& Dest);
+QM_TOOLS_API bool qm_MoveFile(const std::u16string& Source, const std::u16string& Dest);
 // Deletes a folder with its contents through the shell, without asking; true on success.
-bool DelDir(const std::u16string& Dir);
+QM_TOOLS_API bool DelDir(const std::u16string& Dir);
 // Moves a file to the recycle bin without asking; true on success.
-bool RecycleFile(const std::u16string& FileName);
+QM_TOOLS_API bool RecycleFile(const std::u16string& FileName);
 
 // Set or clear the read-only attribute when needed; always true.
-bool SetWriteProtect(const std::u16string& FileName);
-bool RemoveWriteProtect(const std::u16string& FileName);
+QM_TOOLS_API bool SetWriteProtect(const std::u16string& FileName);
+QM_TOOLS_API bool RemoveWriteProtect(const std::u16string& FileName);
 // The file exists and is read-only.
-bool IsWriteProtect(const std::u16string& FileName);
+QM_TOOLS_API bool IsWriteProtect(const std::u16string& FileName);
 // Adds the hidden attribute; EFileAttributeError when the attributes cannot be read.
-void SetFileHiddenAttribute(const std::u16string& FileName);
+QM_TOOLS_API void SetFileHiddenAttribute(const std::u16string& FileName);
 
 // Sets the three times of a file (local time, two-second precision); false when the file
 // cannot be opened for writing.
-bool SetFileTimes(const std::u16string& FileName, rtl::TDateTime Created,
+QM_TOOLS_API bool SetFileTimes(const std::u16string& FileName, rtl::TDateTime Created,
                   rtl::TDateTime Accessed, rtl::TDateTime Written);
 // Reads the three times (local time, two-second precision); false when the file is missing.
-bool GetFileTimes(const std::u16string& FileName, rtl::TDateTime& Created,
+QM_TOOLS_API bool GetFileTimes(const std::u16string& FileName, rtl::TDateTime& Created,
                   rtl::TDateTime& Accessed, rtl::TDateTime& Written);
 // The last write time, at two-second precision, read through the open file; Now() when
 // it is missing.
-rtl::TDateTime GetModifyDate(const std::u16string& FileName);
+QM_TOOLS_API rtl::TDateTime GetModifyDate(const std::u16string& FileName);
 // The same, read from the file's folder entry.
-rtl::TDateTime GetFileDateTime(const std::u16string& FileName);
+QM_TOOLS_API rtl::TDateTime GetFileDateTime(const std::u16string& FileName);
 // The last write time to the millisecond, of the file a link points to; Now() when missing.
-rtl::TDateTime qm_GetFileAge(const std::u16string& FileName);
+QM_TOOLS_API rtl::TDateTime qm_GetFileAge(const std::u16string& FileName);
 
 // Size in bytes of the first folder entry matching FileName (any attribute), -1 if none.
-std::int64_t qm_GetFileSize(const std::u16string& FileName);
-bool qm_FileExists(const std::u16string& FileName);
+QM_TOOLS_API std::int64_t qm_GetFileSize(const std::u16string& FileName);
+QM_TOOLS_API bool qm_FileExists(const std::u16string& FileName);
 
 // Writes Text in the system's ANSI code page, replacing the file; a file that cannot be
 // written is not reported.
-void SaveAnsiStringToFile(const std::u16string& Text, const std::u16string& FileName);
+QM_TOOLS_API void SaveAnsiStringToFile(const std::u16string& Text, const std::u16string& FileName);
 
 // Compares two files byte by byte and shows the result with ShowMessage: the header of
 // CompareFilesHeader, CR, the verdict of CompareFilesText. A missing file counts as empty.
-void CompareThisFiles(const std::u16string& File1, const std::u16string& File2);
+QM_TOOLS_API void CompareThisFiles(const std::u16string& File1, const std::u16string& File2);
 
 // The build number (the last of the four version numbers). FileName only decides whether
 // there is version information at all: the numbers come from the running program.
 // "" when they cannot be read.
-std::u16string GetBuildNumber(const std::u16string& FileName);
+QM_TOOLS_API std::u16string GetBuildNumber(const std::u16string& FileName);
 
 // Whether the drive of Path can be read: "" no, a network path ("\\...") yes, otherwise
 // a search in Path's folder that finds something, finds nothing or meets no more files.
 // The system's "insert a disk" box is suppressed meanwhile.
-bool DiskinDrive(const std::u16string& Path);
+QM_TOOLS_API bool DiskinDrive(const std::u16string& Path);
 // Connects a network share, letting the system ask for credentials; true on success.
-bool ConnectWithNetPath(const std::u16string& RemotePath);
+QM_TOOLS_API bool ConnectWithNetPath(const std::u16string& RemotePath);
 // Adds the file names that the clipboard holds (Explorer's copy) to List; false, with List
 // untouched, when it holds none.
-bool GetFileListFromClipBoard(rtl::TStrings& List);
+QM_TOOLS_API bool GetFileListFromClipBoard(rtl::TStrings& List);
 
 // "Fehlernummer: <n>: <system text>" for the calling thread's last error.
-std::u16string GetlastErrorDesc();
+QM_TOOLS_API std::u16string GetlastErrorDesc();
 // Text = "Fehlernummer: <n>" CR LF "<system text>"; returns n, the last error.
-std::uint32_t GetlastErrorInfo(std::u16string& Text);
+QM_TOOLS_API std::uint32_t GetlastErrorInfo(std::u16string& Text);
 #endif
 
 }  // namespace Qm_tools

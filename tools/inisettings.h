@@ -23,6 +23,7 @@
 
 #include "rtl/classes.h"
 #include "ui/align.h"
+#include "tools/qm_tools_api.h"
 
 #ifdef _WIN32
 #include "rtl/inifiles.h"
@@ -35,7 +36,7 @@ namespace Qm_tools {
 // ---- Pure rules ---------------------------------------------------------------------------
 
 // "<width>x<height>:<computer>:WinPos".
-std::u16string WindowPosSection(int MonitorWidth, int MonitorHeight,
+QM_TOOLS_API std::u16string WindowPosSection(int MonitorWidth, int MonitorHeight,
                                 std::u16string_view ComputerName);
 
 // The routines that keep window positions, by the monitor whose size names their section.
@@ -49,22 +50,22 @@ enum class TWindowPosUser {
 // restores) rather than that of the monitor the form is on now (the memory-file savers and
 // the corner-only restores). The two kinds share records only while the form is on the
 // primary monitor; that is how they have always been kept.
-bool SectionOfPrimaryMonitor(TWindowPosUser User);
+QM_TOOLS_API bool SectionOfPrimaryMonitor(TWindowPosUser User);
 
 struct TWindowPosRecord {
   int Left = 0, Top = 0, Right = 0, Bottom = 0;
   int ShowCmd = 0;
 };
 // "Left^Top^Right^Bottom^ShowCmd^".
-std::u16string WindowPosValue(const TWindowPosRecord& Rec);
+QM_TOOLS_API std::u16string WindowPosValue(const TWindowPosRecord& Rec);
 // False, with Rec untouched, for a value without fields (nothing saved). Otherwise reads
 // fields 1-5; rtl::EConvertError when one of them is not an integer (a missing one is "").
-bool ReadWindowPosValue(std::u16string_view Value, TWindowPosRecord& Rec);
+QM_TOOLS_API bool ReadWindowPosValue(std::u16string_view Value, TWindowPosRecord& Rec);
 
 // The record to save from a window placement: its normal rectangle, moved by the
 // difference between the form's Left/Top and the rectangle's corner when Correct (the
 // placement counts from the work area, the form from the screen).
-TWindowPosRecord SavedWindowPos(const ui::TRect& Normal, int ShowCmd, int FormLeft, int FormTop,
+QM_TOOLS_API TWindowPosRecord SavedWindowPos(const ui::TRect& Normal, int ShowCmd, int FormLeft, int FormTop,
                                 bool Correct);
 
 // What the restoring rules need to know of the screens.
@@ -90,113 +91,113 @@ struct TRestoredBounds {
 // at most the work area, the form lies inside the work area and its top at least 40
 // pixels above the bottom. NotMin is the variant of RestoreWindowNotMinPos: a rectangle
 // beyond the desktop keeps its corner.
-TRestoredBounds RestoreWindowBounds(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
+QM_TOOLS_API TRestoredBounds RestoreWindowBounds(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
                                     int MinWidth, int MinHeight, bool NotMin);
 // Where RestoreWindowLeftTopPos puts a form of Width x Height (its size stays): at the saved
 // corner, at the edge when the rectangle lies beyond the desktop, below a top work-area
 // edge. A corner so far out that the form's far edge would leave the integers comes back
 // just far enough for the edge to be one.
-ui::TRect RestoreWindowCorner(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
+QM_TOOLS_API ui::TRect RestoreWindowCorner(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
                               int Width, int Height);
 // Where RestoreWindowLeftTopPosIni puts it: the saved corner counted from the primary work
 // area, with the same care for the far edge.
-ui::TRect RestoreWindowCornerIni(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
+QM_TOOLS_API ui::TRect RestoreWindowCornerIni(const TWindowPosRecord& Rec, const TRestoreScreen& Screen,
                                  int Width, int Height);
 
 // The state a saved show command restores: 1 normal, 3 maximised; 2 normal in the full
 // restore (a form saved minimised comes back usable) but minimised in the corner-only
 // ones; any other value leaves the state as it is.
 enum class TRestoreState { rsKeep, rsNormal, rsMinimized, rsMaximized };
-TRestoreState RestoredWindowState(int ShowCmd, bool CornerOnly);
+QM_TOOLS_API TRestoreState RestoredWindowState(int ShowCmd, bool CornerOnly);
 
 // How many items qm_SavePersist writes: MaxIndex is the last index, not a count.
 //   PersistItemCount(3, 1) == 2   PersistItemCount(3, 5) == 3
-int PersistItemCount(int Count, int MaxIndex);
+QM_TOOLS_API int PersistItemCount(int Count, int MaxIndex);
 
 // The folder of the application INI file, with its backslash ("" stays "").
-std::u16string AppIniFolder(std::u16string_view IniName);
+QM_TOOLS_API std::u16string AppIniFolder(std::u16string_view IniName);
 // The probe file of CanWriteAFile: the root of Path's drive, whatever folder Path names.
 //   DriveProbeFile(u"D:\\Daten\\x") == u"D:\\jjhhuu.ini"
-std::u16string DriveProbeFile(std::u16string_view Path);
+QM_TOOLS_API std::u16string DriveProbeFile(std::u16string_view Path);
 // The file the profile API means by FileName: a bare name (no folder, no drive) lies in
 // the Windows folder, any other name is the file it names. A probe deletes what it wrote
 // by this name, not by the bare one, which would name a file in the current folder.
 //   ProfileFilePath(u"IniTest", u"C:\\windows") == u"C:\\windows\\IniTest"
 //   ProfileFilePath(u"D:\\jjhhuu.ini", u"C:\\windows") == u"D:\\jjhhuu.ini"
-std::u16string ProfileFilePath(std::u16string_view FileName, std::u16string_view WindowsFolder);
+QM_TOOLS_API std::u16string ProfileFilePath(std::u16string_view FileName, std::u16string_view WindowsFolder);
 // What the save-position routines show when the file cannot be written.
-std::u16string WritePosFailedText(std::u16string_view IniName);
+QM_TOOLS_API std::u16string WritePosFailedText(std::u16string_view IniName);
 
 // ---- Files and forms (windows build) ------------------------------------------------------
 
 #ifdef _WIN32
 // One value of the application INI file (AppIniName), read or written at once.
-void SaveIniInt(const std::u16string& Section, const std::u16string& Ident, int Value);
-int GetIniInt(const std::u16string& Section, const std::u16string& Ident, int Default);
-void SaveIniBool(const std::u16string& Section, const std::u16string& Ident, bool Value);
-bool GetIniBool(const std::u16string& Section, const std::u16string& Ident, bool Default);
-void SaveIniStr(const std::u16string& Section, const std::u16string& Ident,
+QM_TOOLS_API void SaveIniInt(const std::u16string& Section, const std::u16string& Ident, int Value);
+QM_TOOLS_API int GetIniInt(const std::u16string& Section, const std::u16string& Ident, int Default);
+QM_TOOLS_API void SaveIniBool(const std::u16string& Section, const std::u16string& Ident, bool Value);
+QM_TOOLS_API bool GetIniBool(const std::u16string& Section, const std::u16string& Ident, bool Default);
+QM_TOOLS_API void SaveIniStr(const std::u16string& Section, const std::u16string& Ident,
                 const std::u16string& Value);
 // "" (not Default) when Section or Ident is empty, without reading the file.
-std::u16string GetIniStr(const std::u16string& Section, const std::u16string& Ident,
+QM_TOOLS_API std::u16string GetIniStr(const std::u16string& Section, const std::u16string& Ident,
                          const std::u16string& Default);
 // A value of FileName in the folder of the application INI file. Nothing is written, and
 // "" (not Default) read, when FileName, Section or Ident is empty.
-void SaveFileIniStr(const std::u16string& FileName, const std::u16string& Section,
+QM_TOOLS_API void SaveFileIniStr(const std::u16string& FileName, const std::u16string& Section,
                     const std::u16string& Ident, const std::u16string& Value);
-std::u16string GetFileIniStr(const std::u16string& FileName, const std::u16string& Section,
+QM_TOOLS_API std::u16string GetFileIniStr(const std::u16string& FileName, const std::u16string& Section,
                              const std::u16string& Ident, const std::u16string& Default);
 // A value of any INI file, named with its path.
-bool GetIniFileIniBool(const std::u16string& IniFile, const std::u16string& Section,
+QM_TOOLS_API bool GetIniFileIniBool(const std::u16string& IniFile, const std::u16string& Section,
                        const std::u16string& Ident, bool Default);
-std::u16string GetIniFileIniStr(const std::u16string& IniFile, const std::u16string& Section,
+QM_TOOLS_API std::u16string GetIniFileIniStr(const std::u16string& IniFile, const std::u16string& Section,
                                 const std::u16string& Ident, const std::u16string& Default);
 // The number of keys in Section (0 when it is missing).
-int CountEntries(rtl::TIniFile& Ini, const std::u16string& Section);
+QM_TOOLS_API int CountEntries(rtl::TIniFile& Ini, const std::u16string& Section);
 
 // Saves the form's normal rectangle and show command under Ident, in the section of the
 // primary monitor (SaveWindowPos, into IniName) or of the form's monitor (the other two,
 // into the caller's MemIni, which the caller saves). A failure shows
 // WritePosFailedText(IniName) and goes no further.
-void SaveWindowPos(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API void SaveWindowPos(ui::TCustomForm& Form, const std::u16string& IniName,
                    const std::u16string& Ident);
-void SaveWindowPosMIni(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API void SaveWindowPosMIni(ui::TCustomForm& Form, const std::u16string& IniName,
                        const std::u16string& Ident, rtl::TMemIniFile& MemIni);
-void IniSaveWindowPos(rtl::TMemIniFile& MemIni, ui::TCustomForm& Form,
+QM_TOOLS_API void IniSaveWindowPos(rtl::TMemIniFile& MemIni, ui::TCustomForm& Form,
                       const std::u16string& IniName, const std::u16string& Ident);
 
 // Puts the form where RestoreWindowBounds says, with its saved state when RestoreState;
 // false, with the form untouched, when nothing is saved for this screen and computer.
-bool RestoreWindowPos(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API bool RestoreWindowPos(ui::TCustomForm& Form, const std::u16string& IniName,
                       const std::u16string& Ident, bool RestoreState);
-bool RestoreWindowNotMinPos(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API bool RestoreWindowNotMinPos(ui::TCustomForm& Form, const std::u16string& IniName,
                             const std::u16string& Ident);
 // Moves the form to its saved corner only (section of the form's monitor).
-bool RestoreWindowLeftTopPos(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API bool RestoreWindowLeftTopPos(ui::TCustomForm& Form, const std::u16string& IniName,
                              const std::u16string& Ident, bool RestoreState);
-bool RestoreWindowLeftTopPosIni(ui::TCustomForm& Form, rtl::TIniFile& Ini,
+QM_TOOLS_API bool RestoreWindowLeftTopPosIni(ui::TCustomForm& Form, rtl::TIniFile& Ini,
                                 const std::u16string& Ident, bool RestoreState);
-bool RestoreWindowLeftTopPosIni2(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API bool RestoreWindowLeftTopPosIni2(ui::TCustomForm& Form, const std::u16string& IniName,
                                  const std::u16string& Ident, bool RestoreState);
 
 // The position of the form's icon when minimised, "x^y^" under "MinPos"; always true.
-bool SaveWindowMinPos(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API bool SaveWindowMinPos(ui::TCustomForm& Form, const std::u16string& IniName,
                       const std::u16string& Ident);
 // Gives the form its saved icon position, minimising it when ShowMinimized; false when
 // none is saved.
-bool RestoreWindowMinPos(ui::TCustomForm& Form, const std::u16string& IniName,
+QM_TOOLS_API bool RestoreWindowMinPos(ui::TCustomForm& Form, const std::u16string& IniName,
                          const std::u16string& Ident, bool ShowMinimized);
 
 // Replaces Section of the application INI file with Item1, Item2, ... for the lines
 // 0..MaxIndex of List.
-void qm_SavePersist(const rtl::TStrings& List, const std::u16string& Section, int MaxIndex);
+QM_TOOLS_API void qm_SavePersist(const rtl::TStrings& List, const std::u16string& Section, int MaxIndex);
 // Fills List from Item1, Item2, ... up to the first missing or empty item.
-void qm_LoadPersist(rtl::TStrings& List, const std::u16string& Section);
+QM_TOOLS_API void qm_LoadPersist(rtl::TStrings& List, const std::u16string& Section);
 
 // Whether a value can be written beside the application INI file ("IniTest", removed).
-bool CanWriteAppIni();
+QM_TOOLS_API bool CanWriteAppIni();
 // Whether a value can be written in the root of Path's drive ("jjhhuu.ini", removed).
-bool CanWriteAFile(const std::u16string& Path);
+QM_TOOLS_API bool CanWriteAFile(const std::u16string& Path);
 #endif
 
 }  // namespace Qm_tools

@@ -7,10 +7,12 @@
 // frame receives.
 #pragma once
 
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include "tools/qm_tools_api.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -42,7 +44,7 @@ class ShortString {
 // title part never matches, since an empty text is never found.
 //   WindowTitleMatches(u"tform", u"EDIT", u"TForm", u"Edit me") == true
 //   WindowTitleMatches(u"", u"x", u"Any", u"")                  == false  (no title)
-bool WindowTitleMatches(std::u16string_view wantClass, std::u16string_view titlePart,
+QM_TOOLS_API bool WindowTitleMatches(std::u16string_view wantClass, std::u16string_view titlePart,
                         std::u16string_view windowClass, std::u16string_view windowTitle);
 
 // The text a wide-character call reads when it is handed the bytes of a short string
@@ -52,14 +54,14 @@ bool WindowTitleMatches(std::u16string_view wantClass, std::u16string_view title
 //   WideReadingOf("A")   == u"A"             ('A', 0 is one unit)
 //   WideReadingOf("AB")  == u"\u4241"        (the appended zero pairs with a zero beyond)
 //   WideReadingOf("ABC") == u"\u4241C"
-std::u16string WideReadingOf(const ShortString& s);
+QM_TOOLS_API std::u16string WideReadingOf(const ShortString& s);
 
 #ifdef _WIN32
 
 // Posts (Msg, Param, atom of Text) to `wnd`, or broadcasts it when `wnd` is 0. An empty
 // Text posts lParam 0. The receiver deletes the atom. True when `wnd` was not 0, whether
 // or not the post succeeded; false for a broadcast.
-bool SendWndInterAppMessage(HWND wnd, std::uint16_t Msg, std::uint16_t Param,
+QM_TOOLS_API bool SendWndInterAppMessage(HWND wnd, std::uint16_t Msg, std::uint16_t Param,
                             std::u16string_view Text);
 
 // With both names non-empty: finds the window with FindWindowW and posts to it, true when
@@ -67,13 +69,13 @@ bool SendWndInterAppMessage(HWND wnd, std::uint16_t Msg, std::uint16_t Param,
 // The names and the text reach the wide-character calls as WideReadingOf reads them, so
 // "TForm" is looked up as the class u"\u4654\u726f\u006d", not as "TForm"; callers
 // have always depended on exactly this reading.
-bool SendInterAppMessage(const ShortString& ClassName, const ShortString& WindowName,
+QM_TOOLS_API bool SendInterAppMessage(const ShortString& ClassName, const ShortString& WindowName,
                          std::uint16_t Msg, std::uint16_t Param, const ShortString& Text);
 
 // The first top-level window in Z order that WindowTitleMatches, or 0. InWindowTitle
 // looks at visible windows only, InAllWindowTitle at all of them.
-HWND InWindowTitle(std::u16string_view ClassName, std::u16string_view TitlePart);
-HWND InAllWindowTitle(std::u16string_view ClassName, std::u16string_view TitlePart);
+QM_TOOLS_API HWND InWindowTitle(std::u16string_view ClassName, std::u16string_view TitlePart);
+QM_TOOLS_API HWND InAllWindowTitle(std::u16string_view ClassName, std::u16string_view TitlePart);
 
 #endif
 

@@ -13,18 +13,19 @@
 #include <string_view>
 
 #include "rtl/classes.h"
+#include "tools/qm_tools_api.h"
 
 namespace Qm_tools {
 
 // Replaces the value of the entry; without one `s` stays unchanged.
 //   sns(u"b", u"9", "a=1,b=2,c=3", u',', u'=') -> "a=1,b=9,c=3"
-void sns(std::u16string_view name, std::u16string_view value, std::u16string& s,
+QM_TOOLS_API void sns(std::u16string_view name, std::u16string_view value, std::u16string& s,
          char16_t es, char16_t ks);
 
 // As sns, appending a new entry when the name is absent: with a leading entry separator
 // unless `s` is empty, never with a trailing one.
 //   snsadd(u"b", u"9", "a=1", u',', u'=') -> "a=1,b=9"       "" -> "b=9"
-void snsadd(std::u16string_view name, std::u16string_view value, std::u16string& s,
+QM_TOOLS_API void snsadd(std::u16string_view name, std::u16string_view value, std::u16string& s,
             char16_t es, char16_t ks);
 
 // Appends es + name + ks + value when the name is absent (also to an empty string).
@@ -32,25 +33,25 @@ void snsadd(std::u16string_view name, std::u16string_view value, std::u16string&
 // passed: with others the entry runs to the next code 5 or the end, or is not found.
 //   SetToStr(u"b", u"9", "", u',', u'=')            -> ",b=9"
 //   SetToStr(u"b", u"9", "a=1,b=2,c=3", u',', u'=') -> "a=1,b=9"
-void SetToStr(std::u16string_view name, std::u16string_view value, std::u16string& s,
+QM_TOOLS_API void SetToStr(std::u16string_view name, std::u16string_view value, std::u16string& s,
               char16_t es, char16_t ks);
 
 // The value of the entry, or with `whole` the entry itself (name, separator, value);
 // "" when absent.
 //   gns(u"b", u"a=1,b=2", false, u',', u'=') == u"2"     (true: u"b=2")
 //   gns(u"dth", u"width=5", false, u',', u'=') == u"5"
-std::u16string gns(std::u16string_view name, std::u16string_view s, bool whole, char16_t es,
+QM_TOOLS_API std::u16string gns(std::u16string_view name, std::u16string_view s, bool whole, char16_t es,
                    char16_t ks);
 
 // Replaces the first line whose name (text before the first '=') matches `name` under
 // AnsiLowerCase with name=value, spelled as passed; adds the line when none matches.
 // A sorted list refuses the replacement as its Put does.
-void SetVerwItem(rtl::TStringList& list, std::u16string_view name,
+QM_TOOLS_API void SetVerwItem(rtl::TStringList& list, std::u16string_view name,
                  std::u16string_view value);
 
 // Value of the first line whose name matches `name` under ASCII-only LowerCase; `def`
 // when none. Non-ASCII letters in another case match SetVerwItem but not this: intended.
-std::u16string GetVerwItem(const rtl::TStringList& list, std::u16string_view name,
+QM_TOOLS_API std::u16string GetVerwItem(const rtl::TStringList& list, std::u16string_view name,
                            std::u16string_view def);
 
 }  // namespace Qm_tools

@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "rtl/classes.h"
+#include "tools/qm_tools_api.h"
 
 namespace Qm_tools {
 
@@ -27,14 +28,14 @@ namespace Qm_tools {
 //   {"<A>x</A>", "<A>y</A>"}, "<A>"    -> "x"
 //   {"<DCC_ExeOutput>.\$(Platform)\$(Config)</DCC_ExeOutput>",
 //    "<DCC_ExeOutput>..\bin</DCC_ExeOutput>"}, "<DCC_ExeOutput>"   -> "..\bin"
-std::u16string GetXMLValue(const rtl::TStrings& lines, std::u16string_view tag);
+QM_TOOLS_API std::u16string GetXMLValue(const rtl::TStrings& lines, std::u16string_view tag);
 
 // Property `prop` of the first line holding `group` (only that group is searched): the first
 // following line holding `prop`, with every `prop` and its closing tag ("<Foo>" ->
 // "</Foo>") removed and "&amp;" turned into "&". Not trimmed. "" when the group ends
 // ("</PropertyGroup>") or the lines run out first.
 //   "    <Foo>A &amp; B</Foo>"  -> "    A & B"
-std::u16string GetXMLProperty(const rtl::TStrings& lines, std::u16string_view group,
+QM_TOOLS_API std::u16string GetXMLProperty(const rtl::TStrings& lines, std::u16string_view group,
                               std::u16string_view prop);
 
 // Items of every group holding `group`: each line holding `item` after a group line, up to
@@ -42,25 +43,25 @@ std::u16string GetXMLProperty(const rtl::TStrings& lines, std::u16string_view gr
 // double quotes. Sorted and de-duplicated the way a default TStringList does it (case-
 // insensitive, locale-aware); each entry followed by ";".
 //   two groups with Include="b.pas", one with Include="A.pas"   -> "A.pas;b.pas;"
-std::u16string GetXMLItems(const rtl::TStrings& lines, std::u16string_view group,
+QM_TOOLS_API std::u16string GetXMLItems(const rtl::TStrings& lines, std::u16string_view group,
                            std::u16string_view item);
 
 // The group lines, as they stand, of every item group holding at least one `item` line.
 // Unlike GetXMLItems the group line itself counts as the group's first line. Sorted and
 // de-duplicated as above; each entry followed by u'\x01'.
-std::u16string GetXMLItemGroups(const rtl::TStrings& lines, std::u16string_view group,
+QM_TOOLS_API std::u16string GetXMLItemGroups(const rtl::TStrings& lines, std::u16string_view group,
                                 std::u16string_view item);
 
 // The group line, as it stands, once for every `prop` line in the property group it opens
 // (up to and including its "</PropertyGroup>" line), in file order and not de-duplicated;
 // each entry followed by u'\x01'.
-std::u16string GetXMLPropertyGroups(const rtl::TStrings& lines, std::u16string_view group,
+QM_TOOLS_API std::u16string GetXMLPropertyGroups(const rtl::TStrings& lines, std::u16string_view group,
                                     std::u16string_view prop);
 
 // The text between the first "-->" and the next "<!--" after it. Without a "-->" the text
 // from position 3 is taken; a "<!--" right where the text starts is not seen.
 //   "<!--a-->VALUE<!--b-->" -> "VALUE"    "x-->y<!--z" -> "y"    "no markers" -> ""
 //   "ab<!--c" -> ""    "abcd<!--" -> "cd"
-std::u16string GetInnerValue(std::u16string_view text);
+QM_TOOLS_API std::u16string GetInnerValue(std::u16string_view text);
 
 }  // namespace Qm_tools

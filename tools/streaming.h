@@ -15,6 +15,7 @@
 #include <string>
 
 #include "rtl/streams.h"
+#include "tools/qm_tools_api.h"
 
 #ifdef _WIN32
 #include "ui/controls.h"
@@ -26,14 +27,14 @@ namespace Qm_tools {
 // ---- Pure rules ---------------------------------------------------------------------------
 
 // The whole of Stream, from its start, as Base64 text; whether the text is not empty.
-bool SaveImgStreamToBase64Str(rtl::TStream& Stream, std::u16string& Text);
+QM_TOOLS_API bool SaveImgStreamToBase64Str(rtl::TStream& Stream, std::u16string& Text);
 // Decodes Text into a new memory stream for the caller, positioned at 0. False, with
 // Stream untouched, when Text holds nothing but blanks and line breaks;
 // rtl::EEncodingError when it is no Base64.
-bool LoadImgStreamFromBase64Str(std::unique_ptr<rtl::TMemoryStream>& Stream,
+QM_TOOLS_API bool LoadImgStreamFromBase64Str(std::unique_ptr<rtl::TMemoryStream>& Stream,
                                 const std::u16string& Text);
 // Text as the loaders read it: its lines joined by CR LF, trimmed.
-std::u16string Base64TextOf(const std::u16string& Text);
+QM_TOOLS_API std::u16string Base64TextOf(const std::u16string& Text);
 
 // Where the settings of a printer lie in its information block of BlockSize bytes, as
 // streams saved by this library have always held them: from byte 272 on, BlockSize - 136
@@ -43,32 +44,32 @@ struct TPrinterInfoRange {
   std::size_t Count = 0;
   std::size_t Reserve = 0;
 };
-TPrinterInfoRange PrinterInfoRange(std::size_t BlockSize);
+QM_TOOLS_API TPrinterInfoRange PrinterInfoRange(std::size_t BlockSize);
 
 // ---- Pictures, resources, components, printers (windows build) ----------------------------
 
 #ifdef _WIN32
 // The picture of Image in its own format as Base64 text; whether the text is not empty.
-bool SaveImgToBase64Str(ui::TImage& Image, std::u16string& Text);
+QM_TOOLS_API bool SaveImgToBase64Str(ui::TImage& Image, std::u16string& Text);
 // Loads Image's picture from Base64 text, its format recognised from the bytes. False, with
 // Image untouched, when Text is blank; raises for bad Base64, and ui::EInvalidGraphic,
 // Image untouched, for an unknown format or a header the bytes cannot hold
 // (ui/picture_rules.h).
-bool LoadImgFromBase64Str(ui::TImage& Image, const std::u16string& Text);
+QM_TOOLS_API bool LoadImgFromBase64Str(ui::TImage& Image, const std::u16string& Text);
 // Replaces Image's picture with a Size x Size PNG of it, stretched (not letter-boxed).
 // Size <= 0 leaves the picture as it is; a square of more than ui::MaxPicturePixels raises
 // ui::EInvalidGraphic, the picture unchanged.
-void ConvertImgToPngSize(ui::TImage& Image, int Size);
+QM_TOOLS_API void ConvertImgToPngSize(ui::TImage& Image, int Size);
 // Appends the raw-data resource ResName of this module to Stream; rtl::EResNotFound when
 // there is none.
-void CreateStreamFromResource(const std::u16string& ResName, rtl::TStream& Stream);
+QM_TOOLS_API void CreateStreamFromResource(const std::u16string& ResName, rtl::TStream& Stream);
 // A component with its properties and children in the binary streaming format, and back.
-void SaveCompToFile(ui::TComponent& Component, const std::u16string& FileName);
-void LoadCompFromFile(ui::TComponent& Component, const std::u16string& FileName);
+QM_TOOLS_API void SaveCompToFile(ui::TComponent& Component, const std::u16string& FileName);
+QM_TOOLS_API void LoadCompFromFile(ui::TComponent& Component, const std::u16string& FileName);
 // The settings of printer PrinterName to Stream, and back to the printer (checked by its
 // driver first). Nothing happens when the printer cannot be opened.
-void SavePrinterInfo(const wchar_t* PrinterName, rtl::TStream& Stream);
-void LoadPrinterInfo(const wchar_t* PrinterName, rtl::TStream& Stream);
+QM_TOOLS_API void SavePrinterInfo(const wchar_t* PrinterName, rtl::TStream& Stream);
+QM_TOOLS_API void LoadPrinterInfo(const wchar_t* PrinterName, rtl::TStream& Stream);
 #endif
 
 }  // namespace Qm_tools

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "rtl/osversion.h"
+#include "tools/qm_tools_api.h"
 
 namespace ui {
 class TCustomForm;
@@ -39,7 +40,7 @@ struct TVersionQuery {
 // "Windows Eight" (6.2 and 6.3), "Windows Ten"... and "Unknown" for anything else or when
 // the query failed (`ok` false). On the NT line "Windows Ten" becomes "Windows 11" when the
 // run-time record's build is 22000 or more; the query's build does not count.
-std::u16string OSNameOf(const TVersionQuery& query, bool ok, const rtl::TOSVersion& os);
+QM_TOOLS_API std::u16string OSNameOf(const TVersionQuery& query, bool ok, const rtl::TOSVersion& os);
 
 // The name for GetOSNameEx: as OSNameOf, but with digits from 6.1 on ("Windows 7",
 // "Windows 8", "Windows 8.1", "Windows 10" or "Windows 11") and "Unknown:6.4" for an
@@ -47,7 +48,7 @@ std::u16string OSNameOf(const TVersionQuery& query, bool ok, const rtl::TOSVersi
 // build and WithServicePack appends a blank and the service-pack text (the blank also
 // when the text is empty).
 //   OSNameExOf({10, 0, 19045, 2, u""}, true, os, true, true) == u"Windows 10, Build 19045 "
-std::u16string OSNameExOf(const TVersionQuery& query, bool ok, const rtl::TOSVersion& os,
+QM_TOOLS_API std::u16string OSNameExOf(const TVersionQuery& query, bool ok, const rtl::TOSVersion& os,
                           bool WithBuild, bool WithServicePack);
 
 // The name for GetOSNameEx2, from the run-time record only. Short: "WIN 10.0". Long: below
@@ -55,7 +56,7 @@ std::u16string OSNameExOf(const TVersionQuery& query, bool ok, const rtl::TOSVer
 // shown it; from 22000 on the record's description with "Windows 11" for "Windows 10".
 //   Long, 10.0.19045 -> u"Windows 10  Build 19045"
 //   Long, 10.0.22631 -> u"Windows 11 (Version 10.0, Build 22631, 64-bit Edition)"
-std::u16string OSNameEx2Of(const rtl::TOSVersion& os, bool Long);
+QM_TOOLS_API std::u16string OSNameEx2Of(const rtl::TOSVersion& os, bool Long);
 
 // The text for GetWindowsVersion, with the query's major, minor and low word of the build;
 // "GetVersionEx() Error" when the query failed. Here the query's own build decides
@@ -63,90 +64,90 @@ std::u16string OSNameEx2Of(const rtl::TOSVersion& os, bool Long);
 // of its own (Windows 2000 and any platform other than 1 and 2 included).
 //   {4, 10, 0x040A08AE, 1} -> u"Windows 98 - Version 4.10.2222"
 //   {4, 0, 950, 2}         -> u"Windows NT Version 4.0. Build 950"
-std::u16string WindowsVersionOf(const TVersionQuery& query, bool ok);
+QM_TOOLS_API std::u16string WindowsVersionOf(const TVersionQuery& query, bool ok);
 
 // Platform 1, not a 4.x with minor other than 0, and a build (low word) above 1000.
-bool IsWin95OSR2Of(const TVersionQuery& query);
+QM_TOOLS_API bool IsWin95OSR2Of(const TVersionQuery& query);
 
 // "%f ms" of (stop - start) / frequency * 1000 as the framework formats it: two decimals
 // after `decimalSeparator`, rounded half away from zero. A frequency of 0 (the stopwatch
 // was never started) reads as 0 ms.
 //   TimerTextOf(0, 1234567, 1000000, u',') == u"1234,57 ms"
-std::u16string TimerTextOf(std::int64_t start, std::int64_t stop, std::int64_t frequency,
+QM_TOOLS_API std::u16string TimerTextOf(std::int64_t start, std::int64_t stop, std::int64_t frequency,
                            char16_t decimalSeparator);
 
 // ---- Stopwatch ----------------------------------------------------------------------------
 
 // Performance-counter values of TestTimerStart and TestTimerStop, process-wide.
-extern std::int64_t iTimerStart;  // start value 0
-extern std::int64_t iTimerStop;   // start value 0
-extern std::int64_t iTimerFreq;   // start value 0
+extern QM_TOOLS_API std::int64_t iTimerStart;  // start value 0
+extern QM_TOOLS_API std::int64_t iTimerStop;   // start value 0
+extern QM_TOOLS_API std::int64_t iTimerFreq;   // start value 0
 
 // ---- The system (windows build) -----------------------------------------------------------
 
 #ifdef _WIN32
 // OSNameOf, OSNameExOf, OSNameEx2Of and WindowsVersionOf for the running system.
-std::u16string GetOSName();
-std::u16string GetOSNameEx(bool WithBuild, bool WithServicePack);
-std::u16string GetOSNameEx2(bool Long);
-std::u16string GetWindowsVersion();
+QM_TOOLS_API std::u16string GetOSName();
+QM_TOOLS_API std::u16string GetOSNameEx(bool WithBuild, bool WithServicePack);
+QM_TOOLS_API std::u16string GetOSNameEx2(bool Long);
+QM_TOOLS_API std::u16string GetWindowsVersion();
 
 // The version query's platform is the NT line.
-bool IsWindowsNT();
-bool IsWin95OSR2();
+QM_TOOLS_API bool IsWindowsNT();
+QM_TOOLS_API bool IsWin95OSR2();
 // The system (not this process) is 64-bit: x64 or ARM64.
-bool IsWindows64();
+QM_TOOLS_API bool IsWindows64();
 // shell32's IsUserAnAdmin says so; false where shell32 lacks it.
-bool IsVistaAdmin();
+QM_TOOLS_API bool IsVistaAdmin();
 // The [386ENH] key 32BitDiskAccess of System.INI reads "on" in any case (default "off").
-bool Bit32On();
+QM_TOOLS_API bool Bit32On();
 // The user's apps are in dark mode: AppsUseLightTheme under HKCU's
 // Software\Microsoft\Windows\CurrentVersion\Themes\Personalize is a DWORD 0. A missing
 // key or value, or another type, is light mode.
-bool DarkModeIsEnabled();
+QM_TOOLS_API bool DarkModeIsEnabled();
 
 // The computer's NetBIOS name; "" when it cannot be read.
-std::u16string GetThisComputerName();
+QM_TOOLS_API std::u16string GetThisComputerName();
 // The user of this process; "All Users" when it cannot be read.
-std::u16string GetComputerUserName();
+QM_TOOLS_API std::u16string GetComputerUserName();
 
 // Screen height less the taskbar's top edge, and the taskbar's width; -1 without taskbar
 // (no window of class Shell_TrayWnd).
-int GetTaskbarHeight();
-int GetTaskbarWidth();
+QM_TOOLS_API int GetTaskbarHeight();
+QM_TOOLS_API int GetTaskbarWidth();
 
 // Up to Windows 7 (NT line, major 6 or less): -1 when the "Screen-saver" desktop can be
 // opened, else 0. Later: what SPI_GETSCREENSAVERRUNNING gives (non-zero when running), 0
 // when the system does not answer.
-int IsScreenSaverRunning();
+QM_TOOLS_API int IsScreenSaverRunning();
 
 // Dots per inch of the default printer, across and down; 0 without printer.
-int GetPixelsPerInchX();
-int GetPixelsPerInchY();
+QM_TOOLS_API int GetPixelsPerInchX();
+QM_TOOLS_API int GetPixelsPerInchY();
 
 // Calls user32's DisableProcessWindowsGhosting where the system has it.
-void DisableProcessWindowsGhosting();
+QM_TOOLS_API void DisableProcessWindowsGhosting();
 
 // The touch keyboard (TabTip.exe), whose window has the class IPTip_Main_Window.
 // Show starts the program; Close asks its window to close (SC_CLOSE); it is visible when
 // the window exists, is visible and enabled; Toggle closes a visible one and shows it
 // otherwise.
-void ShowMetroKeyboard();
-void CloseMetroKeyboard();
-bool MetroKeyBoardIsVisible();
-void ToggleMetroKeyboard();
+QM_TOOLS_API void ShowMetroKeyboard();
+QM_TOOLS_API void CloseMetroKeyboard();
+QM_TOOLS_API bool MetroKeyBoardIsVisible();
+QM_TOOLS_API void ToggleMetroKeyboard();
 // Fits the form's height above the keyboard: with KeyboardShown, the top edge of the
 // keyboard's window (nothing changes without one); otherwise the screen's height.
-void SetWindowMetroHeight(ui::TCustomForm* Form, bool KeyboardShown);
+QM_TOOLS_API void SetWindowMetroHeight(ui::TCustomForm* Form, bool KeyboardShown);
 
 // Stopwatch: Start reads the counter's frequency and start count; Stop reads the stop
 // count and gives TimerTextOf in the process-wide decimal separator, shown in a message
 // when Show; GetTime gives the same text up to now without storing a stop count.
-void TestTimerStart();
-std::u16string TestTimerStop(bool Show);
-std::u16string TestTimerGetTime();
+QM_TOOLS_API void TestTimerStart();
+QM_TOOLS_API std::u16string TestTimerStop(bool Show);
+QM_TOOLS_API std::u16string TestTimerGetTime();
 
-struct Keys {
+struct QM_TOOLS_API Keys {
   // The shift key is down at the moment of the message being handled (GetKeyState).
   static bool IsShiftKeypressed();
 };
@@ -154,11 +155,11 @@ struct Keys {
 // Returns once more than `Milliseconds` have passed by the tick count (whose wrap does no
 // harm), handling the thread's messages meanwhile when ProcessMessages. qm_Delay(0, ...)
 // returns once the tick count has moved on.
-void qm_Delay(std::uint32_t Milliseconds, bool ProcessMessages);
+QM_TOOLS_API void qm_Delay(std::uint32_t Milliseconds, bool ProcessMessages);
 // Handles the thread's messages until more than `Milliseconds` have passed or `Done` is
 // true; Done is read after each round, so a message handler run here may set it. At least
 // one round is made, even when Done is true already.
-void qm_WaitFor(std::uint32_t Milliseconds, bool& Done);
+QM_TOOLS_API void qm_WaitFor(std::uint32_t Milliseconds, bool& Done);
 #endif
 
 }  // namespace Qm_tools

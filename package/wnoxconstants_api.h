@@ -1,0 +1,15 @@
+// What the unit WNOXConstants gives to other modules: its routines, classes and globals are
+// exported from the package DLL that carries it (WNOXCONSTANTS_BUILD, set while its sources
+// are compiled) and imported by a program that uses that DLL (NOX_PACKAGE_IMPORT); within
+// one module, and in the native build, the mark is empty.
+#pragma once
+
+#include "rtl/export.h"
+
+#if defined(WNOXCONSTANTS_BUILD)
+#define WNOXCONSTANTS_API NOX_DLL_EXPORT
+#elif defined(NOX_PACKAGE_IMPORT)
+#define WNOXCONSTANTS_API NOX_DLL_IMPORT
+#else
+#define WNOXCONSTANTS_API
+#endif
