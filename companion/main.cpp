@@ -14,6 +14,10 @@
 //   --log <file>               append one UTF-8 line per event
 // The environment variable NOXPLUGIN_OPTIONS is read as more of these options, for a
 // companion that the frame starts with a command line of its own making.
+//
+// Like the real program it shares the package's units from the package DLL: it starts
+// them through the package's entry point, logs where their start work put the settings
+// file, and stops them at its end.
 #include <windows.h>
 #include <shellapi.h>
 
@@ -26,6 +30,12 @@
 
 #include "rtl/handles.h"
 #include "rtl/ustring.h"
+#include "tools/qm_globals.h"
+
+// The package's entry points: every unit's start work, each after the units it uses, and
+// the stop work the other way round.
+extern "C" __declspec(dllimport) void Initialize();
+extern "C" __declspec(dllimport) void Finalize();
 
 namespace {
 
@@ -256,6 +266,9 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int) {
                               0, 0, 0, 0, nullptr, nullptr, instance, nullptr));
   if (!g.app) return 1;
   Log(L"started with handle " + Number(g.options.host));
+  Initialize();
+  Log(L"shared units started, settings in " +
+      std::wstring(Qm_tools::AppIniName.begin(), Qm_tools::AppIniName.end()));
   SetTimer(g.app.get(), kShowTimer, g.options.showAfter, nullptr);
   if (g.options.send) SetTimer(g.app.get(), kSendTimer, g.options.sendAfter, nullptr);
 
@@ -265,6 +278,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int) {
     DispatchMessageW(&msg);
   }
   g.app.reset();
+  Finalize();
   Log(L"closed");
   return 0;
 }

@@ -95,6 +95,9 @@ TEST_F(Companion, ShowsItsWindowsIsDockedAndEndsOnClose) {
     const std::string log = Log();
     EXPECT_NE(log.find("started with handle " + HostNumber() + "\n"), std::string::npos) << log;
     EXPECT_NE(log.find("closed\n"), std::string::npos) << log;
+    // The units it shares from the package started in it: their settings file is set.
+    EXPECT_NE(log.find("shared units started, settings in "), std::string::npos) << log;
+    EXPECT_NE(log.find("NOXPlugIn.INI\n"), std::string::npos) << log;
   }
 }
 
