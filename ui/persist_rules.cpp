@@ -409,49 +409,36 @@ const TPropertyInfo* FindPropertyInfo(const TClassInfo& info, std::u16string_vie
   return nullptr;
 }
 
-std::u16string ColorToIdent(TColor color) {
-  for (const auto& [value, ident] : kColors)
-    if (value == color) return std::u16string(ident);
+namespace {
+
+// A value's name in one of the name tables above, and back (ASCII case ignored).
+template <class T, std::size_t N>
+std::u16string NameIn(const std::pair<T, std::u16string_view> (&table)[N], T value) {
+  for (const auto& [v, name] : table)
+    if (v == value) return std::u16string(name);
   return u"";
 }
 
-bool IdentToColor(std::u16string_view ident, TColor& color) {
-  for (const auto& [value, name] : kColors)
+template <class T, std::size_t N>
+bool ValueIn(const std::pair<T, std::u16string_view> (&table)[N], std::u16string_view ident,
+             T& value) {
+  for (const auto& [v, name] : table)
     if (rtl::SameText(ident, name)) {
-      color = value;
+      value = v;
       return true;
     }
   return false;
 }
 
-std::u16string CursorToIdent(int cursor) {
-  for (const auto& [value, ident] : kCursors)
-    if (value == cursor) return std::u16string(ident);
-  return u"";
-}
+}  // namespace
 
-bool IdentToCursor(std::u16string_view ident, int& cursor) {
-  for (const auto& [value, name] : kCursors)
-    if (rtl::SameText(ident, name)) {
-      cursor = value;
-      return true;
-    }
-  return false;
-}
-
-std::u16string CharsetToIdent(int charset) {
-  for (const auto& [value, ident] : kCharsets)
-    if (value == charset) return std::u16string(ident);
-  return u"";
-}
-
+std::u16string ColorToIdent(TColor color) { return NameIn(kColors, color); }
+bool IdentToColor(std::u16string_view ident, TColor& color) { return ValueIn(kColors, ident, color); }
+std::u16string CursorToIdent(int cursor) { return NameIn(kCursors, cursor); }
+bool IdentToCursor(std::u16string_view ident, int& cursor) { return ValueIn(kCursors, ident, cursor); }
+std::u16string CharsetToIdent(int charset) { return NameIn(kCharsets, charset); }
 bool IdentToCharset(std::u16string_view ident, int& charset) {
-  for (const auto& [value, name] : kCharsets)
-    if (rtl::SameText(ident, name)) {
-      charset = value;
-      return true;
-    }
-  return false;
+  return ValueIn(kCharsets, ident, charset);
 }
 
 TComponentTree ReadComponentTree(rtl::TStream& stream, std::u16string_view rootClass) {
