@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "rtl/ustring.h"
 #include "tests/message_pump.h"
 #include "win_support.h"
 
@@ -37,9 +38,10 @@ struct THostRun {
   std::vector<std::string> log;  // without the time column
   std::vector<TTreeDump> dumps;
 
+  // The first line from `from` on that starts with `text`.
   int Find(const std::string& text, int from = 0) const {
     for (int i = from; i < static_cast<int>(log.size()); ++i)
-      if (log[static_cast<size_t>(i)].find(text) != std::string::npos) return i;
+      if (log[static_cast<size_t>(i)].starts_with(text)) return i;
     return -1;
   }
 };
@@ -104,7 +106,7 @@ TEST(DevHostLifecycle, LogsThePackageLifeInOrder) {
   const THostRun& run = ThemedRun();
   // "references=0": the service held the creator's last reference.
   const char* const steps[] = {
-      "loaded path=", "initialized", "registered TEST \"Test page\"", "Register done",
+      "host started theming=on", "loaded path=", "initialized", "registered TEST \"Test page\"", "Register done",
       "caption frame created TEST \"Test page\"", "client frame set TEST", "view created TEST",
       "view shown TEST", "view destroyed TEST", "unregistered TEST references=0", "finalized",
       "unloaded", "references left services=0 welcomepage=0", "exit code=0"};
@@ -168,6 +170,12 @@ TEST(DevHostScreenshot, ShowsTheClientFramePaintedInTheWindow) {
   memcpy(&info, bmp.data() + sizeof file, sizeof info);
   ASSERT_EQ(file.bfType, 0x4D42);
   ASSERT_EQ(info.biBitCount, 24);
+  // The log names the file and the window's size, which the picture has.
+  EXPECT_EQ(run.log[static_cast<size_t>(run.Find("screenshot saved"))],
+            "screenshot saved path=\"" + rtl::Utf16ToUtf8(ScreenshotFile()) + "\" size=" +
+                std::to_string(info.biWidth) + "x" + std::to_string(info.biHeight));
+  EXPECT_GE(run.Find("resized main window to 800x600"), 0);
+  EXPECT_GE(run.Find("exit requested"), 0);
 
   // A point inside the panel, clear of its centred caption: the panel's colour, 0x996633.
   const TTreeDump& dump = run.dumps[0];
