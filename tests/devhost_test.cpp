@@ -193,7 +193,9 @@ TEST(DevHostFailures, AreReportedInTheLogAndTheExitCode) {
                  const char* logged; DWORD exitCode; } cases[] = {
       {u"nopackage", TestPackage() + L".missing", L"--exit-after 300", "load failed", 2},
       {u"noplugin", TestPackage(), L"--open NOPE --exit-after 300",
-       "show refused: no plug-in NOPE", 3}};
+       "show refused: no plug-in NOPE", 3},
+      {u"badline", TestPackage(), L"--theming maybe --exit-after 300",
+       "bad command line: --theming takes on or off", 1}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.logged);
     const THostRun run = RunHost(c.name, c.package, c.args);
