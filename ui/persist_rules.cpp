@@ -213,9 +213,16 @@ std::int64_t ReadInRange(TReader& r, std::int64_t min, std::int64_t max) {
   return value;
 }
 
-std::int64_t ReadInt32(TReader& r) {
-  return ReadInRange(r, std::numeric_limits<std::int32_t>::min(),
-                     std::numeric_limits<std::int32_t>::max());
+// A value stored by its name in one of the name tables, or as a number from min to max.
+template <class T>
+std::int64_t ReadNamedValue(TReader& r, TPropertyValue& v,
+                            bool (*byName)(std::u16string_view, T&), std::int64_t min,
+                            std::int64_t max) {
+  if (r.NextValue() != rtl::vaIdent) return ReadInRange(r, min, max);
+  v.Text = r.ReadIdent();
+  T value{};
+  if (!byName(v.Text, value)) BadValue(v.Text);
+  return value;
 }
 
 // The index of `ident` among the property's names.
@@ -285,36 +292,16 @@ TPropertyValue ReadValue(TReader& r, const TPropertyInfo& info) {
         v.Integer |= std::int64_t{1} << IdentIndex(info, member);
       break;
     case pkColor:
-      if (r.NextValue() == rtl::vaIdent) {
-        v.Text = r.ReadIdent();
-        TColor color = 0;
-        if (!IdentToColor(v.Text, color)) BadValue(v.Text);
-        v.Integer = color;
-      } else {
-        v.Integer = ReadInt32(r);
-      }
+      v.Integer = ReadNamedValue(r, v, IdentToColor, std::numeric_limits<std::int32_t>::min(),
+                                 std::numeric_limits<std::int32_t>::max());
       break;
     case pkCursor:
       // The framework's cursors are 16-bit; a program may register its own by number.
-      if (r.NextValue() == rtl::vaIdent) {
-        v.Text = r.ReadIdent();
-        int cursor = 0;
-        if (!IdentToCursor(v.Text, cursor)) BadValue(v.Text);
-        v.Integer = cursor;
-      } else {
-        v.Integer = ReadInRange(r, std::numeric_limits<std::int16_t>::min(),
-                                std::numeric_limits<std::int16_t>::max());
-      }
+      v.Integer = ReadNamedValue(r, v, IdentToCursor, std::numeric_limits<std::int16_t>::min(),
+                                 std::numeric_limits<std::int16_t>::max());
       break;
     case pkCharset:
-      if (r.NextValue() == rtl::vaIdent) {
-        v.Text = r.ReadIdent();
-        int charset = 0;
-        if (!IdentToCharset(v.Text, charset)) BadValue(v.Text);
-        v.Integer = charset;
-      } else {
-        v.Integer = ReadInRange(r, 0, 255);
-      }
+      v.Integer = ReadNamedValue(r, v, IdentToCharset, 0, 255);
       break;
     case pkStrings:
       if (r.ReadValue() != rtl::vaList) BadValue(std::u16string(info.Name));
