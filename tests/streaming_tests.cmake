@@ -12,9 +12,6 @@ nox_win_tests(LABEL streaming NAME streaming-pictures PREFIX StreamingPictureLoa
               EXTRA_LABELS hostile LIBS nox_tools)
 nox_win_tests(LABEL streaming NAME streaming-hostile PREFIX StreamingHostileWin EXTRA_LABELS hostile
               SOURCES streaming_hostile_win_test.cpp LIBS nox_tools)
-# Texts of every script through the format's string values.
-nox_pure_tests(LABEL streaming NAME streaming-unicode PREFIX UnicodeFiler EXTRA_LABELS unicode
-               SOURCES unicode_filer_test.cpp LIBS nox_rtl)
 nox_win_tests(LABEL streaming NAME streaming-unicode PREFIX UnicodeStreaming EXTRA_LABELS unicode
               SOURCES unicode_streaming_win_test.cpp LIBS nox_tools)
 # Every published property of every streamed class, saved and read back under Wine.

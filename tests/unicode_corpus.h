@@ -4,8 +4,13 @@
 // not read as a comment, a section or a quoted value.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "rtl/ustring.h"
 
 namespace nox_test {
 
@@ -65,4 +70,26 @@ inline std::vector<std::u16string> UnicodeCorpus() {
   return corpus;
 }
 
+// Counts the characters of each text that a round trip does not give back in their places,
+// reports the first few texts that lost any, and prints the totals at its end.
+class TLossCount {
+ public:
+  ~TLossCount() { std::printf("%zu texts, %zu characters, %zu lost\n", texts_, characters_, lost_); }
+  void Check(const char* where, const std::u16string& want, const std::u16string& got) {
+    ++texts_;
+    characters_ += want.size();
+    size_t lost = want.size() > got.size() ? want.size() - got.size() : 0;
+    for (size_t i = 0; i < want.size() && i < got.size(); ++i) lost += want[i] != got[i];
+    lost_ += lost;
+    if (lost > 0 && ++reported_ <= 5)
+      ADD_FAILURE() << where << ": " << rtl::Utf16ToUtf8(want) << " came back as "
+                    << rtl::Utf16ToUtf8(got);
+  }
+  size_t Lost() const { return lost_; }
+
+ private:
+  size_t texts_ = 0, characters_ = 0, lost_ = 0, reported_ = 0;
+};
+
 }  // namespace nox_test
+

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -39,23 +38,10 @@ class UnicodeIni : public ::testing::Test {
     for (const char16_t* name : {u"app.INI", u"other.ini", u"pos.ini", u"mem.ini"})
       DeleteFileW(W(folder_ + name));
     RemoveDirectoryW(W(folder_));
-    std::printf("%zu texts, %zu characters, %zu lost\n", texts_, characters_, lost_);
   }
-  // Counts the characters of `want` that `got` does not give back in their places.
-  void Check(const char* routine, const Str& want, const Str& got) {
-    ++texts_;
-    characters_ += want.size();
-    size_t lost = want.size() > got.size() ? want.size() - got.size() : 0;
-    for (size_t i = 0; i < want.size() && i < got.size(); ++i) lost += want[i] != got[i];
-    lost_ += lost;
-    if (lost > 0 && ++reported_ <= 5)
-      ADD_FAILURE() << routine << ": " << rtl::Utf16ToUtf8(want) << " came back as "
-                    << rtl::Utf16ToUtf8(got);
-  }
-
   const std::vector<Str> corpus_ = nox_test::UnicodeCorpus();
   Str folder_, savedIni_;
-  size_t texts_ = 0, characters_ = 0, lost_ = 0, reported_ = 0;
+  nox_test::TLossCount loss_;
 };
 
 Str Key(size_t i) { return u"T" + rtl::IntToStr(static_cast<int>(i)); }
@@ -82,15 +68,15 @@ TEST_F(UnicodeIni, ValuesNamesAndListsKeepEveryCharacter) {
   rtl::TIniFile(AppIniName).ReadSections(sections);
   for (size_t i = 0; i < corpus_.size(); ++i) {
     const Str& s = corpus_[i];
-    Check("SaveIniStr", s, GetIniStr(u"Texte", Key(i), u""));
-    Check("SaveFileIniStr", s, GetFileIniStr(u"other.ini", u"Texte", Key(i), u""));
-    Check("qm_SavePersist", s, list[static_cast<int>(i)]);
+    loss_.Check("SaveIniStr", s, GetIniStr(u"Texte", Key(i), u""));
+    loss_.Check("SaveFileIniStr", s, GetFileIniStr(u"other.ini", u"Texte", Key(i), u""));
+    loss_.Check("qm_SavePersist", s, list[static_cast<int>(i)]);
     if (!NameSafe(s)) continue;
-    Check("SaveIniInt", s, GetIniInt(s, s, -1) == static_cast<int>(i) ? s : Str());
-    Check("SaveIniBool", s, GetIniBool(u"Flags", s, false) ? s : Str());
-    Check("section names", s, sections.IndexOf(s) >= 0 ? s : Str());
+    loss_.Check("SaveIniInt", s, GetIniInt(s, s, -1) == static_cast<int>(i) ? s : Str());
+    loss_.Check("SaveIniBool", s, GetIniBool(u"Flags", s, false) ? s : Str());
+    loss_.Check("section names", s, sections.IndexOf(s) >= 0 ? s : Str());
   }
-  EXPECT_EQ(lost_, 0u);
+  EXPECT_EQ(loss_.Lost(), 0u);
 }
 
 TEST_F(UnicodeIni, WindowPositionsAndTheMemoryFileKeepEveryCharacter) {
@@ -114,13 +100,13 @@ TEST_F(UnicodeIni, WindowPositionsAndTheMemoryFileKeepEveryCharacter) {
   const rtl::TMemIniFile memIni(mem);
   for (size_t i = 0; i < corpus_.size(); ++i) {
     const Str& s = corpus_[i];
-    Check("TMemIniFile", s, memIni.ReadString(u"Texte", Key(i), u""));
+    loss_.Check("TMemIniFile", s, memIni.ReadString(u"Texte", Key(i), u""));
     if (i % 4 != 0 || !NameSafe(s)) continue;
-    Check("SaveWindowPos", s, RestoreWindowPos(form, pos, s, false) ? s : Str());
-    Check("SaveWindowMinPos", s, RestoreWindowMinPos(form, pos, s, false) ? s : Str());
-    Check("SaveWindowPosMIni", s, RestoreWindowLeftTopPos(form, mem, s, false) ? s : Str());
+    loss_.Check("SaveWindowPos", s, RestoreWindowPos(form, pos, s, false) ? s : Str());
+    loss_.Check("SaveWindowMinPos", s, RestoreWindowMinPos(form, pos, s, false) ? s : Str());
+    loss_.Check("SaveWindowPosMIni", s, RestoreWindowLeftTopPos(form, mem, s, false) ? s : Str());
   }
-  EXPECT_EQ(lost_, 0u);
+  EXPECT_EQ(loss_.Lost(), 0u);
 }
 
 }  // namespace

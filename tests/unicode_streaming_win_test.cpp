@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,17 +39,7 @@ TEST(UnicodeStreaming, CaptionsHintsListLinesAndMemoTextKeepEveryCharacter) {
   const std::vector<Str> corpus = nox_test::UnicodeCorpus();
   const Str file = nox_test::TempFolder() + u"unicode_streaming_" +
                    rtl::IntToStr(static_cast<int>(GetCurrentProcessId())) + u".dfm";
-  size_t texts = 0, characters = 0, lost = 0;
-  const auto check = [&](const char* where, const Str& want, const Str& got) {
-    ++texts;
-    characters += want.size();
-    size_t n = want.size() > got.size() ? want.size() - got.size() : 0;
-    for (size_t i = 0; i < want.size() && i < got.size(); ++i) n += want[i] != got[i];
-    lost += n;
-    if (n > 0 && lost == n)
-      ADD_FAILURE() << where << ": " << rtl::Utf16ToUtf8(want) << " came back as "
-                    << rtl::Utf16ToUtf8(got);
-  };
+  nox_test::TLossCount loss;
   // A hundred texts a file: each in the caption and hint, the menu item's caption and hint, and
   // together as list lines and as memo lines.
   for (size_t from = 0; from < corpus.size(); from += 100) {
@@ -70,21 +59,20 @@ TEST(UnicodeStreaming, CaptionsHintsListLinesAndMemoTextKeepEveryCharacter) {
       Qm_tools::SaveCompToFile(*saved.form, file);
       TTextForm loaded;
       Qm_tools::LoadCompFromFile(*loaded.form, file);
-      check("caption", corpus[i], loaded.label->Caption());
-      check("label hint", corpus[i] + u"?", loaded.label->Hint);
-      check("menu item", corpus[i] + u"!", loaded.item->Caption);
-      check("hint", u"?" + corpus[i], loaded.item->Hint);
+      loss.Check("caption", corpus[i], loaded.label->Caption());
+      loss.Check("label hint", corpus[i] + u"?", loaded.label->Hint);
+      loss.Check("menu item", corpus[i] + u"!", loaded.item->Caption);
+      loss.Check("hint", u"?" + corpus[i], loaded.item->Hint);
       if (i + 1 == to) {
         ASSERT_EQ(loaded.list->Items().Count(), static_cast<int>(to - from));
         for (size_t k = from; k < to; ++k)
-          check("list line", corpus[k], loaded.list->Items()[static_cast<int>(k - from)]);
-        check("memo", memo, loaded.memo->Text());
+          loss.Check("list line", corpus[k], loaded.list->Items()[static_cast<int>(k - from)]);
+        loss.Check("memo", memo, loaded.memo->Text());
       }
     }
   }
   DeleteFileW(nox_test::W(file));
-  std::printf("%zu texts, %zu characters, %zu lost\n", texts, characters, lost);
-  EXPECT_EQ(lost, 0u);
+  EXPECT_EQ(loss.Lost(), 0u);
 }
 
 }  // namespace
