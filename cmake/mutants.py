@@ -268,7 +268,10 @@ def label_regex(label):
 
 # Families whose code other suites run as well: the stand-in companion program is started
 # and driven by the page's tests and the development host's.
-TESTED_ALSO_BY = {"companion": ["spine", "devhost"]}
+# Suites besides the family's own that run its code: the companion is driven by the page's
+# and the development host's tests, and the framework's controls by the dialog's and the
+# component streams' tests, which read back what the controls show and hold.
+TESTED_ALSO_BY = {"companion": ["spine", "devhost"], "ui": ["dialog", "streaming"]}
 
 
 def tests_regex(family):
@@ -702,6 +705,8 @@ class Runner:
         spent = time.monotonic() - start
         times = [float(t) for t in re.findall(r"Test +#\d+: .* ([0-9.]+) sec", out)]
         timed_out = code is None or "***Timeout" in out
+        if timed_out and build == "windows":
+            self.end_wine_processes()
         return code == 0, timed_out, spent, max(times, default=spent)
 
     # -- the Wine session of the windows build: its own X server, prefix and wineserver --
@@ -762,6 +767,16 @@ class Runner:
             self.wine["xvfb"] = None
         raise SystemExit(f"mutants: no X server could start on :{self.args.display} "
                          f"to :{self.args.display + 19}")
+
+    def end_wine_processes(self):
+        """ctest ends a test program that runs out of time, not the programs it started: a
+        host left running would hold its log files open and fail every later fault's tests."""
+        full = dict(os.environ, **self.wine["env"])
+        subprocess.run(["wineserver", "-k"], env=full, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL)
+        subprocess.run(["wineserver", "-w"], env=full, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, timeout=60)
+        self.call(["wineserver", "-p"], env=full, quiet=True)
 
     def stop_wine(self):
         if self.wine is None:

@@ -85,7 +85,10 @@ TDevHostForm::TDevHostForm(TWelcomePageService& pages, TColor pageColor)
   pages_.OnViewDestroying = [this](const TWelcomePageService::TPlugin& p) { ViewDestroying(p); };
 }
 
-void TDevHostForm::SetStatus(const std::wstring& text) { status_->SetCaption(U16(text)); }
+void TDevHostForm::SetStatus(const std::wstring& text) {
+  status_->SetCaption(U16(text));
+  LogLine(L"status \"" + text + L"\"");
+}
 
 void TDevHostForm::PluginsChanged() {
   std::vector<std::wstring> names;

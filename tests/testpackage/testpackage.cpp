@@ -3,6 +3,10 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cwchar>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "ide/ToolsAPI.h"
 #include "ide/WelcomePage.h"
@@ -29,20 +33,24 @@ std::u16string ThemingText() {
 
 class TClientFrame final : public ui::TFrame {
  public:
-  explicit TClientFrame(ui::TComponent* owner) : ui::TFrame(owner) {
+  TClientFrame(ui::TComponent* owner, const std::u16string& caption) : ui::TFrame(owner) {
     auto* panel = new ui::TPanel(this);
     panel->BevelOuter = ui::bvNone;
     panel->Color = kPanelColor;
     panel->ParentBackground = false;
-    panel->SetCaption(ThemingText());
+    panel->SetCaption(caption);
     panel->SetAlign(ui::alClient);
     panel->SetParent(this);
   }
 };
 
-// Reference counted: the plug-in service's reference keeps it alive.
+// Reference counted: the plug-in service's reference keeps it alive. "TEST" makes its
+// caption frame first and hands it the client frame afterwards; "SECOND" hands the client
+// frame over with the caption frame; "HIDDEN" is not shown in the IDE's list.
 class TTestCreator final : public INTAWelcomePageContentPluginCreator {
  public:
+  TTestCreator(const wchar_t* id, const wchar_t* name, bool visible)
+      : id_(id), name_(name), visible_(visible) {}
   ~TTestCreator() { DestroyView(); }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -59,22 +67,30 @@ class TTestCreator final : public INTAWelcomePageContentPluginCreator {
     return static_cast<ULONG>(left);
   }
 
-  std::u16string GetPluginID() override { return u"TEST"; }
-  std::u16string GetPluginName() override { return u"Test page"; }
-  bool GetPluginVisible() override { return true; }
+  std::u16string GetPluginID() override { return U16(id_); }
+  std::u16string GetPluginName() override { return U16(name_); }
+  bool GetPluginVisible() override { return visible_; }
 
   ui::TFrame* GetView() override { return view_; }
   ui::TFrame* CreateView() override {
-    if (view_ == nullptr)
-      view_ = WelcomePagePluginService->CreateCaptionFrame(L"TEST", L"Test page", nullptr);
-    InterfacePtr<INTAWelcomePageCaptionFrame> captionFrame;
-    if (Supports(view_, IID_INTAWelcomePageCaptionFrame, &captionFrame)) {
-      captionFrame->SetClientFrame(new TClientFrame(view_));
-      SetIconIndex(3);
-    }
     InterfacePtr<IOTAActionServices> actions;
-    if (Supports(BorlandIDEServices, IID_IOTAActionServices, &actions))
-      actions->OpenProject(L"C:\\Projects\\Demo\\Demo.dproj", true);
+    Supports(BorlandIDEServices, IID_IOTAActionServices, &actions);
+    if (id_ == std::wstring(L"TEST")) {
+      if (view_ == nullptr) view_ = WelcomePagePluginService->CreateCaptionFrame(id_, name_, nullptr);
+      InterfacePtr<INTAWelcomePageCaptionFrame> captionFrame;
+      if (Supports(view_, IID_INTAWelcomePageCaptionFrame, &captionFrame)) {
+        captionFrame->SetClientFrame(new TClientFrame(view_, ThemingText()));
+        SetIconIndex(3);
+      }
+      if (actions) actions->OpenProject(L"C:\\Projects\\Demo\\Demo.dproj", true);
+    } else if (view_ == nullptr) {
+      // The panel tells what the IDE answered to a request it does not carry out.
+      const bool opened = actions && actions->OpenFile(L"C:\\Projects\\Demo\\Unit1.pas");
+      auto* client = new TClientFrame(nullptr,  // freed with the caption frame, its parent
+                                      opened ? u"OpenFile=yes" : u"OpenFile=no");
+      view_ = WelcomePagePluginService->CreateCaptionFrame(id_, name_, client);
+      if (actions) actions->OpenProject(L"C:\\Projects\\Second\\Second.dproj", false);
+    }
     return view_;
   }
   void DestroyView() override {
@@ -86,10 +102,24 @@ class TTestCreator final : public INTAWelcomePageContentPluginCreator {
   void SetIconIndex(int index) override { iconIndex_ = index; }
 
  private:
+  static std::u16string U16(const wchar_t* s) { return {s, s + std::wcslen(s)}; }
+  const wchar_t* id_;
+  const wchar_t* name_;
+  bool visible_;
   LONG refs_ = 0;
   ui::TFrame* view_ = nullptr;
   int iconIndex_ = 2;
 };
+
+// The package's creators while it is loaded, to tell the IDE at unload about a view that
+// the IDE did not have destroyed.
+std::vector<TTestCreator*> creators;
+
+void Register(TTestCreator* creator) {
+  creator->AddRef();  // the IDE may refuse it without taking a reference
+  creators.push_back(creator);
+  WelcomePagePluginService->RegisterPluginCreator(creator);
+}
 
 }  // namespace testpackage
 
@@ -97,14 +127,32 @@ extern "C" {
 
 __declspec(dllexport) void Initialize() {}
 
+// NOX_TESTPACKAGE_FAIL=Register makes registering fail as a broken package's would.
 __declspec(dllexport) void Register() {
-  ToolsAPI::WelcomePage::WelcomePagePluginService->RegisterPluginCreator(
-      new testpackage::TTestCreator);
+  using testpackage::Register, testpackage::TTestCreator;
+  wchar_t fail[16] = {};
+  GetEnvironmentVariableW(L"NOX_TESTPACKAGE_FAIL", fail, 16);
+  if (std::wstring(fail) == L"Register") throw std::runtime_error("asked to fail");
+  Register(new TTestCreator(L"TEST", L"Test page", true));
+  Register(new TTestCreator(L"SECOND", L"Second page", true));
+  Register(new TTestCreator(L"HIDDEN", L"Hidden page", false));
+  Register(new TTestCreator(L"TEST", L"Test page again", true));
 }
 
+// "HIDDEN" stays registered: the IDE releases what a package leaves behind.
 __declspec(dllexport) void Finalize() {
-  if (ToolsAPI::WelcomePage::WelcomePagePluginService != nullptr)
-    ToolsAPI::WelcomePage::WelcomePagePluginService->UnRegisterPlugin(L"TEST");
+  using namespace ToolsAPI;
+  if (WelcomePage::WelcomePagePluginService == nullptr) return;
+  InterfacePtr<IOTAActionServices> actions;
+  Supports(BorlandIDEServices, IID_IOTAActionServices, &actions);
+  for (testpackage::TTestCreator* creator : testpackage::creators) {
+    if (creator->GetView() != nullptr && actions) actions->CloseFile(L"view left alive");
+    creator->Release();
+  }
+  testpackage::creators.clear();
+  WelcomePage::WelcomePagePluginService->UnRegisterPlugin(L"TEST");
+  WelcomePage::WelcomePagePluginService->UnRegisterPlugin(L"SECOND");
+  WelcomePage::WelcomePagePluginService->UnRegisterPlugin(L"NOPE");
 }
 
 }
