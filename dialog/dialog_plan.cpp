@@ -5,6 +5,7 @@
 #include <array>
 
 #include "rtl/classes.h"
+#include "rtl/locale.h"
 
 namespace QMMessageDlgVCL {
 
@@ -140,6 +141,35 @@ TFormBounds FormHeightFor(int labelHeight, int scrollBoxHeight, int formHeight, 
   if (labelHeight + 20 <= scrollBoxHeight) return {formHeight, formTop};
   int grow = std::min(labelHeight - scrollBoxHeight + 40, addMaxHeight);
   return {formHeight + grow, formTop - grow / 2};
+}
+
+std::u16string PlainCaption(std::u16string_view caption) {
+  std::u16string plain;
+  for (size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == u'&' && i + 1 < caption.size()) ++i;  // "&&" leaves one "&"
+    else if (caption[i] == u'&') continue;
+    plain.push_back(caption[i]);
+  }
+  return plain;
+}
+
+char16_t AcceleratorKey(std::u16string_view caption) {
+  for (size_t i = 0; i + 1 < caption.size(); ++i) {
+    if (caption[i] != u'&') continue;
+    if (caption[i + 1] != u'&') return rtl::AnsiLowerCase(caption.substr(i + 1, 1))[0];
+    ++i;
+  }
+  return 0;
+}
+
+std::u16string DialogCopyText(std::u16string_view captionBarText, std::u16string_view message,
+                              const std::vector<std::u16string>& buttonCaptions) {
+  const std::u16string dashes = u"---------------------------\r\n";
+  std::u16string row;
+  for (size_t i = 0; i < buttonCaptions.size(); ++i)
+    row += (i == 0 ? u"" : u"   ") + PlainCaption(buttonCaptions[i]);
+  return dashes + std::u16string(captionBarText) + u"\r\n" + dashes + std::u16string(message) +
+         u"\r\n" + dashes + row + u"\r\n" + dashes;
 }
 
 }  // namespace QMMessageDlgVCL

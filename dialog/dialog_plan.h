@@ -63,6 +63,22 @@ TDialogPlan PlanDialog(std::u16string_view msg, TMsgDlgType type, TMsgDlgButtons
                        int helpCtx, const TDlgSettings& settings,
                        std::u16string_view programFileName);
 
+// A caption as it is read out and copied: each "&" that marks the accelerator dropped,
+// "&&" kept as one "&".
+//   PlainCaption(u"Ja A&lle") == u"Ja Alle"    PlainCaption(u"A&&B") == u"A&B"
+std::u16string PlainCaption(std::u16string_view caption);
+
+// The key that marks the button: the character after the first single "&", lower-cased as
+// the dialog compares it; 0 when there is none.
+//   AcceleratorKey(u"&Nein") == u'n'           AcceleratorKey(u"Nein Alle") == 0
+char16_t AcceleratorKey(std::u16string_view caption);
+
+// What Ctrl+C puts on the clipboard, laid out as the system's message boxes copy
+// themselves: a line of dashes, the caption bar's text, dashes, the message, dashes, the
+// plain button captions separated by three blanks, dashes; every line ends with CR LF.
+std::u16string DialogCopyText(std::u16string_view captionBarText, std::u16string_view message,
+                              const std::vector<std::u16string>& buttonCaptions);
+
 // Width of a created button for the measured width of its caption: 30 pixels of padding,
 // and never narrower than 130.
 int ButtonWidth(int measuredCaptionWidth);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <memory>
 #include <string>
 
 #include "dialog/QMMessageDlgVCL.h"
@@ -18,6 +19,8 @@
 #include "dialog/qmmessagedlg_api.h"
 
 namespace QMMessageDlgVCL {
+
+class TMsgDlgAccess;
 
 class QMMESSAGEDLG_API TF_MsgDlg : public ui::TForm {
  public:
@@ -73,6 +76,9 @@ class QMMESSAGEDLG_API TF_MsgDlg : public ui::TForm {
   // The index of the current button in the button list.
   int CurrentButton() const { return currentButton_; }
   void SetCurrentButton(int index) { currentButton_ = index; }
+  // The message as the caller gave it, for the copy of the whole dialog.
+  void SetMessage(const std::u16string& message) { message_ = message; }
+  const std::u16string& Message() const { return message_; }
   int HelpCtx() const { return helpCtx_; }
   void SetHelpCtx(int helpCtx) { helpCtx_ = helpCtx; }
   // Shows or hides the marking frame of the button at `index` of the button list.
@@ -83,13 +89,17 @@ class QMMESSAGEDLG_API TF_MsgDlg : public ui::TForm {
   void SetButtonList(rtl::TStringList* buttons);
   rtl::TStringList* ButtonList() const { return buttons_; }
 
+  LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
+
  private:
+  std::unique_ptr<TMsgDlgAccess> access_;
   rtl::TStringList* buttons_ = nullptr;
   bool dragging_ = false;
   int anchorX_ = 0;
   int anchorY_ = 0;
   int currentButton_ = 0;
   int helpCtx_ = 0;
+  std::u16string message_;
 };
 
 // The dialog shown now, or the last one (stale once it is freed).

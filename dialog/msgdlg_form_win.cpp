@@ -3,6 +3,7 @@
 #include "dialog/msgdlg_form.h"
 
 #include "dialog/dialog_plan.h"
+#include "dialog/msgdlg_access.h"
 #include "rtl/locale.h"
 #include "rtl/messaging.h"
 #include "rtl/sysutils.h"
@@ -167,6 +168,14 @@ TF_MsgDlg::TF_MsgDlg(TComponent* owner) : TForm(owner) {
 
 TF_MsgDlg::~TF_MsgDlg() { FormDestroy(this); }
 
+LRESULT TF_MsgDlg::WndProc(UINT msg, WPARAM wParam, LPARAM lParam) {
+  if (msg == WM_GETOBJECT) {
+    if (!access_) access_ = std::make_unique<TMsgDlgAccess>(this);
+    if (const LRESULT answer = access_->Answer(wParam, lParam)) return answer;
+  }
+  return TForm::WndProc(msg, wParam, lParam);
+}
+
 void TF_MsgDlg::FormDestroy(TObject* /*Sender*/) {
   if (buttons_ == nullptr) return;
   if (DlgButtons == buttons_) DlgButtons = nullptr;
@@ -186,6 +195,9 @@ void TF_MsgDlg::MarkButton(int index, bool marked) {
   if (button == nullptr) return;
   for (int i = 0; i < button->ControlCount(); ++i)
     if (auto* shape = dynamic_cast<TShape*>(button->Controls(i))) shape->SetVisible(marked);
+  // Screen readers follow the marking as the focus.
+  if (marked && HandleAllocated() && IsWindowVisible(Handle()))
+    TMsgDlgAccess::FocusMoved(Handle(), index);
 }
 
 void TF_MsgDlg::CreateFrameShapes(TWinControl* Control, std::initializer_list<TAlign> Alignments) {
@@ -260,7 +272,15 @@ void TF_MsgDlg::FormShow(TObject* /*Sender*/) {
   SetBounds(Left(), bounds.Top, Width(), bounds.Height);
 }
 
-void TF_MsgDlg::FormKeyDown(TObject* /*Sender*/, WORD& Key, TShiftState /*Shift*/) {
+void TF_MsgDlg::FormKeyDown(TObject* /*Sender*/, WORD& Key, TShiftState Shift) {
+  // Ctrl+C copies the whole dialog, as the system's message boxes do.
+  if (Key == 'C' && Shift.contains(ssCtrl)) {
+    std::vector<std::u16string> captions;
+    for (int i = 0; buttons_ != nullptr && i < buttons_->Count(); ++i)
+      captions.push_back((*buttons_)[i]);
+    Clipboard().SetAsText(DialogCopyText(lblCaption->Caption(), message_, captions));
+    return;
+  }
   if (Key != VK_RETURN) return;
   if (TPanel* button = ButtonAt(currentButton_)) bnOKClick(button);
 }

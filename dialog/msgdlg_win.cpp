@@ -84,6 +84,7 @@ int MessageDlgEx(const std::u16string& Msg, TMsgDlgType DlgType, TMsgDlgButtons 
   form->MarkButton(0, true);
 
   form->lbText->SetCaption(plan.Text);
+  form->SetMessage(Msg);
   form->SetCaption(plan.WindowCaption);
   form->RecHeader->Color = s.HeadBack;
   if (plan.GlyphIndex >= 0) {

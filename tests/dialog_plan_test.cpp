@@ -95,6 +95,23 @@ TEST(DialogPlanText, MessageGetsBreaksAndCaptionsTheProgramName) {
   }
 }
 
+// Read out and copied without the accelerator marks; the copy is laid out as the system's
+// message boxes copy themselves.
+TEST(DialogPlanCopy, CaptionsLoseTheirMarksAndTheCopyIsFramedByDashes) {
+  const struct { const char16_t* caption; const char16_t* plain; char16_t key; } cases[] = {
+      {u"&Nein", u"Nein", u'n'}, {u"Ja A&lle", u"Ja Alle", u'l'}, {u"Nein Alle", u"Nein Alle", 0},
+      {u"A&&B &Öffnen", u"A&B Öffnen", u'ö'}, {u"Ende&", u"Ende", 0}, {u"", u"", 0}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(PlainCaption(c.caption), c.plain) << Narrow(c.caption);
+    EXPECT_EQ(AcceleratorKey(c.caption), c.key) << Narrow(c.caption);
+  }
+  const Str dashes = u"---------------------------\r\n";
+  EXPECT_EQ(DialogCopyText(u"NOXPlugIn", u"Zeile 1\r\nZeile 2", {u"&Ja", u"Ja A&lle", u"&Nein"}),
+            dashes + u"NOXPlugIn\r\n" + dashes + u"Zeile 1\r\nZeile 2\r\n" + dashes +
+                u"Ja   Ja Alle   Nein\r\n" + dashes);
+  EXPECT_EQ(DialogCopyText(u"", u"", {}), dashes + u"\r\n" + dashes + u"\r\n" + dashes + u"\r\n" + dashes);
+}
+
 TEST(DialogPlanSize, ButtonsAtLeast130WideAndFormGrowsToTheMessageUpToTheAllowance) {
   EXPECT_EQ((std::vector<int>{ButtonWidth(40), ButtonWidth(100), ButtonWidth(101)}),
             (std::vector<int>{130, 130, 131}));
