@@ -38,9 +38,12 @@ endfunction()
 #   Tests that need Win32 (windows, messages, processes, registry): windows build only, all
 #   in the one executable win_tests.exe, selected by suite prefix as above; NAME and
 #   EXTRA_LABELS as above. LOCKS names what the tests need to themselves while they run:
-#   `desktop` for the clipboard and the keyboard focus, which every process shares.
+#   `desktop` for the clipboard and the keyboard focus, which every process shares. ALONE
+#   runs them with no other test beside them (they change what every process sees, such as
+#   the system's density); SOURCES may then be left out for tests of a source already
+#   registered under another prefix.
 function(nox_win_tests)
-  cmake_parse_arguments(A "" "LABEL;PREFIX;NAME" "SOURCES;LIBS;EXTRA_LABELS;LOCKS" ${ARGN})
+  cmake_parse_arguments(A "ALONE" "LABEL;PREFIX;NAME" "SOURCES;LIBS;EXTRA_LABELS;LOCKS" ${ARGN})
   if(NOT A_NAME)
     set(A_NAME ${A_LABEL})
   endif()
@@ -58,6 +61,9 @@ function(nox_win_tests)
     set_tests_properties(win32.${A_NAME} PROPERTIES LABELS "${A_LABEL};${A_EXTRA_LABELS};windows")
     if(A_LOCKS)
       set_tests_properties(win32.${A_NAME} PROPERTIES RESOURCE_LOCK "${A_LOCKS}")
+    endif()
+    if(A_ALONE)
+      set_tests_properties(win32.${A_NAME} PROPERTIES RUN_SERIAL TRUE)
     endif()
   endif()
 endfunction()

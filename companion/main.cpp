@@ -258,6 +258,11 @@ void RegisterWindowClass(const wchar_t* name, WNDPROC proc) {
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int) {
   g.options = ParseCommandLine();
+  // Aware of each monitor's density, as the IDE that docks the window is: sizes pass
+  // between the two unchanged. (Where the second version is unknown, the first call may
+  // already have set the first.)
+  if (!SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2))
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE);
   RegisterWindowClass(L"TApplication", AppProc);
   RegisterWindowClass(L"TMainForm", MainProc);
   // The application window of a Delphi program: captioned, never shown, sized 0.

@@ -160,4 +160,10 @@ int Run() {
 
 }  // namespace devhost
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) { return devhost::Run(); }
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+  // Aware of each monitor's density, as the IDE is (the first call may set the first
+  // version where the second is unknown).
+  if (!SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2))
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE);
+  return devhost::Run();
+}

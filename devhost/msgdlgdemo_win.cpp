@@ -1,6 +1,8 @@
 // msgdlgdemo.exe: shows the message dialog of every kind in both languages and a long
 // message, saves a picture of each as a BMP file in the folder given, and closes each with
-// Enter. Usage: msgdlgdemo <folder>
+// Enter. Usage: msgdlgdemo <folder> [--aware]. With --aware the program is aware of each
+// monitor's density, as the IDE is, and takes one picture at the system's density,
+// "confirmation-de-<dpi>dpi".
 #include <windows.h>
 
 #include <string>
@@ -41,8 +43,18 @@ void Show(const std::wstring& name, const std::u16string& text, TMsgDlgType type
 int wmain(int argc, wchar_t** argv) {
   if (argc < 2) return 2;
   Folder = argv[1];
+  const bool aware = argc > 2 && std::wstring(argv[2]) == L"--aware";
+  // The first call may set the first version where the second is unknown.
+  if (aware && !SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2))
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE);
   Initialize();
   StdDlgSettings.DialogCaptionText = u"Noxdesk";
+  if (aware) {
+    Show(L"confirmation-de-" + std::to_wstring(GetDpiForSystem()) + L"dpi", u"Sollen die Änderungen an der Projektgruppe gespeichert werden?",
+         mtConfirmation, {mbYes, mbNo, mbCancel});
+    Finalize();
+    return 0;
+  }
 
   struct Language {
     int lang;

@@ -92,6 +92,9 @@ class QMMESSAGEDLG_API TF_MsgDlg : public ui::TForm {
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
  private:
+  // A size designed at 96 DPI, at the form's density now.
+  int Scaled(int pixels) const { return ui::ScaleValue(pixels, CurrentPPI(), 96); }
+
   std::unique_ptr<TMsgDlgAccess> access_;
   rtl::TStringList* buttons_ = nullptr;
   bool dragging_ = false;

@@ -207,8 +207,9 @@ void TF_MsgDlg::CreateFrameShapes(TWinControl* Control, std::initializer_list<TA
     auto* shape = new TShape(Control);
     shape->SetVisible(false);
     shape->SetParent(Control);
-    shape->Pen.Width = 2;
-    shape->SetBounds(0, 0, 4, 4);
+    shape->Pen.Width = ScaleValue(2, Control->CurrentPPI(), 96);
+    const int side = ScaleValue(4, Control->CurrentPPI(), 96);
+    shape->SetBounds(0, 0, side, side);
     shape->SetAlign(alignment);
     shape->Pen.Style = psSolid;
     shape->Pen.Color = StdDlgSettings.btnStrokeColor;
@@ -220,7 +221,7 @@ void TF_MsgDlg::CreateButton(const std::u16string& Key, int ModalRes,
   auto* button = new TPanel(this);
   button->SetVisible(false);
   button->SetParent(Layout1);
-  button->SetBounds(button->Left(), button->Top(), 130, bnOK->Height());
+  button->SetBounds(button->Left(), button->Top(), Scaled(130), bnOK->Height());
   button->ParentColor = false;
   button->ParentBackground = false;
   button->Color = StdDlgSettings.btnColor;
@@ -251,7 +252,8 @@ void TF_MsgDlg::CreateButton(const std::u16string& Key, int ModalRes,
   button->ParentFont = false;
   button->Font = bnOK->Font;
   button->Font.Color = StdDlgSettings.btnTextColor;
-  button->SetWidth(ButtonWidth(Canvas().TextWidth(caption)));
+  // The rule is in 96-DPI pixels.
+  button->SetWidth(Scaled(ButtonWidth(ScaleValue(Canvas().TextWidth(caption), 96, CurrentPPI()))));
 
   button->SetVisible(true);
   button->SetLeft(2000);
@@ -268,7 +270,7 @@ void TF_MsgDlg::FormShow(TObject* /*Sender*/) {
   lbText->SetAutoSize(true);
   lbText->AdjustBounds();
   const TFormBounds bounds = FormHeightFor(lbText->Height(), VertScrollBox1->Height(), Height(),
-                                           Top(), StdDlgSettings.AddMaxHeight);
+                                           Top(), Scaled(StdDlgSettings.AddMaxHeight));
   SetBounds(Left(), bounds.Top, Width(), bounds.Height);
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include <string>
 #include <vector>
 
@@ -81,6 +83,22 @@ TEST(AlignBounds, ChildrenTakeTheirSharesInTheFrameworksOrder) {
     const std::vector<TRect> got = AlignBounds(c.client, c.children);
     EXPECT_EQ(got, c.expected) << Describe(got);
   }
+}
+
+// From 96 DPI to another density and back: half a pixel rounds away from zero, edges are
+// scaled so that touching controls keep touching, and 96 to 96 changes nothing.
+TEST(AlignScale, PixelSizesFollowTheDensity) {
+  const struct { int value, to, from, scaled; } values[] = {
+      {130, 144, 96, 195}, {35, 144, 96, 53}, {-15, 144, 96, -23}, {1, 120, 96, 1},
+      {3, 120, 96, 4},     {-3, 120, 96, -4}, {5, 96, 96, 5},      {195, 96, 144, 130},
+      {7, 96, 0, 7},       {2000000000, 192, 96, INT_MAX}};
+  for (const auto& v : values)
+    EXPECT_EQ(ScaleValue(v.value, v.to, v.from), v.scaled) << v.value << " " << v.to << "/" << v.from;
+  // Two buttons side by side, 106 and 130 wide: at 150% they still touch.
+  const TRect a = ScaleRect({15, 10, 121, 45}, 144, 96), b = ScaleRect({121, 10, 251, 45}, 144, 96);
+  EXPECT_EQ(a, (TRect{23, 15, 182, 68}));
+  EXPECT_EQ(b.Left, a.Right);
+  EXPECT_EQ(ScaleMargins({15, 10, 2, 11}, 144, 96), (TMargins{23, 15, 3, 17}));
 }
 
 }  // namespace

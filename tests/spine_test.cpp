@@ -354,6 +354,51 @@ TEST_F(SpineFrame, OneDockedProgramServesEveryFrame) {
 
 // ---- The package as the IDE loads it ----------------------------------------------------
 
+// At another density, in a process aware of densities as the IDE is, the page's bar and
+// button take their size from it and the docked program still fills the panel.
+TEST(SpineDpi, ThePageFollowsTheSystemDensity) {
+  for (const int dpi : {96, 144}) {
+    SCOPED_TRACE(dpi);
+    const nox_test::TSystemDensity density(static_cast<DWORD>(dpi));
+    const auto [code, printed] = nox_test::RunSelfAt(dpi, "SpineDpiMeasure.*");
+    EXPECT_EQ(code, 0u) << printed;
+    EXPECT_NE(printed.find("[  PASSED  ] 1 test"), std::string::npos) << printed;
+  }
+}
+
+class SpineDpiMeasure : public SpineFrame {};
+
+TEST_F(SpineDpiMeasure, DISABLED_InAProcessAwareOfDensities) {
+  const int dpi = nox_test::AwareOfDensities();
+  ASSERT_GT(dpi, 0);
+  SetProgramLocation(kCompanion);
+  TMainFrame* frame = NewFrame();
+  EXPECT_EQ(frame->CurrentPPI(), dpi);
+  EXPECT_NEAR(frame->Panel2->Height(), 28 * dpi / 96.0, 1);
+  EXPECT_NEAR(frame->bnShowPlug->Width(), 97 * dpi / 96.0, 1);
+  ASSERT_TRUE(WaitForTimerRun(*frame));
+  // The docked window covers the panel from its corner, before and after the form shrinks.
+  // Between two processes aware of densities Windows passes sizes unchanged; Wine hands a
+  // window of another process the size converted from this thread's density to 96, so
+  // there the window is the panel's size times 96/dpi.
+  const HWND docked = Docked(*frame);
+  const auto fills = [&] {
+    RECT r;
+    GetWindowRect(docked, &r);
+    MapWindowPoints(HWND_DESKTOP, frame->Panel1->Handle(), reinterpret_cast<POINT*>(&r), 2);
+    const bool wine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+    const double share = wine ? 96.0 / dpi : 1.0;
+    EXPECT_EQ(std::make_pair(r.left, r.top), std::make_pair(0L, 0L));
+    EXPECT_NEAR(r.right - r.left, frame->Panel1->Width() * share, 1);
+    EXPECT_NEAR(r.bottom - r.top, frame->Panel1->Height() * share, 1);
+  };
+  fills();
+  form_->SetBounds(0, 0, 640, 420);
+  Pause(300);
+  EXPECT_LT(frame->Panel1->Width(), 700);
+  fills();
+}
+
 class FakeCaptionFrame final : public ui::TFrame, public INTAWelcomePageCaptionFrame {
  public:
   using ui::TFrame::TFrame;

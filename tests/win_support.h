@@ -7,11 +7,13 @@
 #include <tlhelp32.h>
 
 #include <string>
+#include <utility>
 #include <string_view>
 #include <vector>
 
 #include "dialog/QMMessageDlgVCL.h"
 #include "rtl/handles.h"
+#include "tests/message_pump.h"
 #include "ui/winclass.h"
 
 namespace nox_test {
@@ -76,6 +78,73 @@ class ShownMessages {
  private:
   QMMessageDlgVCL::TDlgPresenter previous_;
 };
+
+// The system density for the processes started while it is set (a process reads it when it
+// starts); the old one comes back afterwards. Tests that set it run alone.
+class TSystemDensity {
+ public:
+  explicit TSystemDensity(DWORD dpi) {
+    DWORD size = sizeof old_;
+    hadOld_ = RegGetValueW(HKEY_CURRENT_USER, kKey, L"LogPixels", RRF_RT_REG_DWORD, nullptr, &old_,
+                           &size) == ERROR_SUCCESS;
+    RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"LogPixels", REG_DWORD, &dpi, sizeof dpi);
+  }
+  ~TSystemDensity() {
+    if (hadOld_)
+      RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"LogPixels", REG_DWORD, &old_, sizeof old_);
+    else
+      RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, L"LogPixels");
+  }
+  TSystemDensity(const TSystemDensity&) = delete;
+  TSystemDensity& operator=(const TSystemDensity&) = delete;
+
+ private:
+  static constexpr const wchar_t* kKey = L"Control Panel\\Desktop";
+  DWORD old_ = 96;
+  bool hadOld_ = false;
+};
+
+// Runs the disabled tests of `filter` of this program in a new process that is told to
+// expect `dpi`; its exit code and what it printed.
+inline std::pair<DWORD, std::string> RunSelfAt(int dpi, const char* filter) {
+  const std::u16string out = TempFolder() + u"dpi_run.txt";
+  SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+  HANDLE file = CreateFileW(W(out), GENERIC_WRITE, FILE_SHARE_READ, &inherit, CREATE_ALWAYS, 0,
+                            nullptr);
+  wchar_t self[MAX_PATH];
+  GetModuleFileNameW(nullptr, self, MAX_PATH);
+  std::wstring line = L"\"" + std::wstring(self) + L"\" --gtest_also_run_disabled_tests --gtest_filter=";
+  for (const char* c = filter; *c != 0; ++c) line += static_cast<wchar_t>(*c);
+  STARTUPINFOW si{};
+  si.cb = sizeof si;
+  si.dwFlags = STARTF_USESTDHANDLES;
+  si.hStdOutput = si.hStdError = file;
+  PROCESS_INFORMATION pi{};
+  SetEnvironmentVariableW(L"NOX_EXPECTED_DPI", std::to_wstring(dpi).c_str());
+  const BOOL started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                                      nullptr, &si, &pi);
+  SetEnvironmentVariableW(L"NOX_EXPECTED_DPI", nullptr);
+  CloseHandle(file);
+  if (!started) return {STILL_ACTIVE, "did not start"};
+  const rtl::unique_handle process(pi.hProcess), thread(pi.hThread);
+  const DWORD code = ExitCodeWithin(process.get(), 120000);
+  if (code == STILL_ACTIVE) TerminateProcess(process.get(), 99);
+  return {code, ReadBytes(out)};
+}
+
+// In a process started by RunSelfAt: makes this thread aware of each monitor's density, as
+// the IDE is, and gives the density the process was told to expect (0 outside such a run).
+inline int AwareOfDensities() {
+  // The second version of per-monitor awareness where the system knows it.
+  if (!SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2))
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE);
+  if (GetAwarenessFromDpiAwarenessContext(GetThreadDpiAwarenessContext()) !=
+      DPI_AWARENESS_PER_MONITOR_AWARE)
+    return 0;
+  wchar_t expected[16] = {};
+  GetEnvironmentVariableW(L"NOX_EXPECTED_DPI", expected, 16);
+  return _wtoi(expected);
+}
 
 // The visible popup menu of this thread (window class "#32768"), or null.
 inline HWND VisibleMenuWindow() {

@@ -2,6 +2,7 @@
 #include "ui/align.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 
 namespace ui {
@@ -74,6 +75,24 @@ std::vector<TRect> AlignBounds(const TRect& client, const std::vector<TAlignChil
     for (std::size_t i : order) result[i] = Place(children[i], align, rest);
   }
   return result;
+}
+
+int ScaleValue(int value, int to, int from) {
+  if (from <= 0 || to == from) return value;
+  const long long product = static_cast<long long>(value) * to;
+  const long long half = from / 2;
+  const long long scaled = product >= 0 ? (product + half) / from : -((-product + half) / from);
+  return static_cast<int>(std::clamp<long long>(scaled, INT_MIN, INT_MAX));
+}
+
+TRect ScaleRect(const TRect& r, int to, int from) {
+  return {ScaleValue(r.Left, to, from), ScaleValue(r.Top, to, from), ScaleValue(r.Right, to, from),
+          ScaleValue(r.Bottom, to, from)};
+}
+
+TMargins ScaleMargins(const TMargins& m, int to, int from) {
+  return {ScaleValue(m.Left, to, from), ScaleValue(m.Top, to, from), ScaleValue(m.Right, to, from),
+          ScaleValue(m.Bottom, to, from)};
 }
 
 }  // namespace ui

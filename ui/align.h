@@ -44,4 +44,12 @@ struct TAlignChild {
 //   client {0,0,100,50}, alTop of height 10, alClient  ->  {0,0,100,10}, {0,10,100,50}
 std::vector<TRect> AlignBounds(const TRect& client, const std::vector<TAlignChild>& children);
 
+// Sizes from one pixel density to another (dots per inch `to` over `from`), rounded half
+// away from zero. Edges are scaled rather than sizes, so that controls that touch at 96
+// DPI still touch at any other.
+//   ScaleValue(130, 144, 96) == 195    ScaleValue(-15, 144, 96) == -23
+int ScaleValue(int value, int to, int from);
+TRect ScaleRect(const TRect& r, int to, int from);
+TMargins ScaleMargins(const TMargins& m, int to, int from);
+
 }  // namespace ui

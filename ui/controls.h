@@ -223,6 +223,14 @@ class TControl : public TComponent {
   // The control as a windowed one, or null for a control its parent paints.
   virtual TWinControl* AsWinControl() { return nullptr; }
 
+  // The pixel density, in dots per inch, that the control's sizes are in: 96, as designed,
+  // until its form is shown on a monitor of another density in a process that is aware of
+  // densities, or it is placed in a control that is at another.
+  int CurrentPPI() const { return ppi_; }
+  // Brings the control's pixel sizes (bounds, margins, constraints, its own font) from
+  // CurrentPPI() to `ppi`; a windowed control brings its children along.
+  virtual void ScaleForPPI(int ppi);
+
   void WriteProperties(rtl::TWriter& writer) override;
   bool ReadProperty(const TPropertyValue& value) override;
   bool HasParent() const override { return true; }
@@ -251,7 +259,12 @@ class TControl : public TComponent {
   };
   TDefaults defaults_;
 
+  // Scales what the class holds in pixels from `from` to `to` dots per inch; a class with
+  // pixel sizes of its own adds them.
+  virtual void ChangeScale(int to, int from);
+
   TRect bounds_{0, 0, 0, 0};
+  int ppi_ = 96;
   TWinControl* parent_ = nullptr;
   TAlign align_ = alNone;
   bool visible_ = true;
@@ -262,6 +275,10 @@ class TControl : public TComponent {
   rtl::unique_hfont fontHandle_;
   TFont fontOfHandle_;
 };
+
+// The density a window of this process is drawn at: the window's monitor's in a process
+// that is aware of densities, else 96 (the system stretches the window).
+int WindowPPI(HWND window);
 
 // A control drawn by its parent, in the parent's window (images, labels, shapes).
 class TGraphicControl : public TControl {
@@ -294,6 +311,7 @@ class TWinControl : public TControl {
   int ClientHeight() const { return ClientRect().Height(); }
 
   void SetParent(TWinControl* parent) override;
+  void ScaleForPPI(int ppi) override;
   void SetBounds(int left, int top, int width, int height) override;
   void SetVisible(bool visible) override;
   void SetEnabled(bool enabled) override;

@@ -158,7 +158,27 @@ void TControl::SetParent(TWinControl* parent) {
     if (above == this) throw EInvalidOperation("a control cannot lie inside itself");
   if (parent_ != nullptr) parent_->RemoveControl(this);
   parent_ = parent;
+  // A control comes into a parent at the parent's density.
+  if (parent_ != nullptr) ScaleForPPI(parent_->CurrentPPI());
   if (parent_ != nullptr) parent_->InsertControl(this);
+}
+
+void TControl::ScaleForPPI(int ppi) {
+  if (ppi <= 0 || ppi == ppi_) return;
+  ChangeScale(ppi, ppi_);
+  ppi_ = ppi;
+}
+
+void TControl::ChangeScale(int to, int from) {
+  const TRect r = ScaleRect(bounds_, to, from);
+  SetBounds(r.Left, r.Top, r.Width(), r.Height());
+  Margins = ScaleMargins(Margins, to, from);
+  for (int* limit : {&Constraints.MinWidth, &Constraints.MinHeight, &Constraints.MaxWidth,
+                     &Constraints.MaxHeight})
+    *limit = ScaleValue(*limit, to, from);
+  // A font of the parent's comes with the parent.
+  if (!ParentFont) Font.Height = ScaleValue(Font.Height, to, from);
+  Invalidate();
 }
 
 void TControl::SetBounds(int left, int top, int width, int height) {
@@ -316,7 +336,26 @@ HWND TWinControl::Handle() {
   return handle_.get();
 }
 
+void TWinControl::ScaleForPPI(int ppi) {
+  if (ppi <= 0 || ppi == ppi_) return;
+  DisableAlign();
+  TControl::ScaleForPPI(ppi);
+  for (TControl* child : std::vector<TControl*>(controls_)) child->ScaleForPPI(ppi);
+  EnableAlign();
+}
+
+int WindowPPI(HWND window) {
+  // A process that is not aware of densities is drawn at 96 and stretched by the system.
+  if (window == nullptr ||
+      GetAwarenessFromDpiAwarenessContext(GetThreadDpiAwarenessContext()) == DPI_AWARENESS_UNAWARE)
+    return 96;
+  const UINT dpi = GetDpiForWindow(window);
+  return dpi != 0 ? static_cast<int>(dpi) : 96;
+}
+
 void TWinControl::SetParentWindow(HWND parent) {
+  // Placed in a window of another module: at that window's density.
+  if (parent != nullptr && parent_ == nullptr) ScaleForPPI(WindowPPI(parent));
   parentWindow_ = parent;
   if (HandleAllocated() && parent_ == nullptr) ::SetParent(handle_.get(), parent);
 }

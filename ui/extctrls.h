@@ -30,6 +30,7 @@ class TPanel : public TWinControl {
   void CreateParamsFor(CreateParams& params) override;
   void AdjustClientRect(TRect& rect) const override;
   void PaintWindow(HDC dc) override;
+  void ChangeScale(int to, int from) override;  // BorderWidth too
 };
 
 // Shows a picture: at its own size, or with Stretch scaled to the control; Proportional
@@ -72,6 +73,7 @@ class TShape : public TGraphicControl {
 
  protected:
   void Paint(HDC dc) override;
+  void ChangeScale(int to, int from) override;  // the pen's width too
 };
 
 // Calls OnTimer every Interval milliseconds while Enabled, through WM_TIMER on a hidden

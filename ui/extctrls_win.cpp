@@ -166,4 +166,14 @@ void TTimer::UpdateTimer() {
     throw rtl::EOSError(u"Keine Zeitgeber mehr verfügbar", GetLastError());
 }
 
+void TPanel::ChangeScale(int to, int from) {
+  BorderWidth = ScaleValue(BorderWidth, to, from);
+  TWinControl::ChangeScale(to, from);
+}
+
+void TShape::ChangeScale(int to, int from) {
+  Pen.Width = ScaleValue(Pen.Width, to, from);
+  TGraphicControl::ChangeScale(to, from);
+}
+
 }  // namespace ui

@@ -64,7 +64,9 @@ constexpr TModalResult mrCancel = IDCANCEL;
 
 // A top-level window. Left/Top/Width/Height are its outer bounds on the screen; the
 // children live in its client area. It is made hidden and appears with Show(); Position
-// and BorderStyle apply when the window is made.
+// and BorderStyle apply when the window is made. Its sizes are given at 96 DPI: when it
+// first appears, and when its window moves to a monitor of another density, it scales
+// itself and its controls to the monitor's density (in a process aware of densities).
 class TCustomForm : public TWinControl {
  public:
   explicit TCustomForm(TComponent* owner);  // hidden, 640x480, poDefaultPosOnly, sizeable
@@ -116,6 +118,8 @@ class TCustomForm : public TWinControl {
 
  protected:
   void CreateParamsFor(CreateParams& params) override;
+  // The client area is scaled; a centred form stays centred where it is.
+  void ChangeScale(int to, int from) override;
 
  private:
   DWORD Style() const;

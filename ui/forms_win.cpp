@@ -117,6 +117,22 @@ int ShowCommand(TWindowState state) {
 
 }  // namespace
 
+void TCustomForm::ChangeScale(int to, int from) {
+  const TRect before = BoundsRect();
+  const TRect client = ClientRect();
+  TWinControl::ChangeScale(to, from);
+  RECT r{0, 0, ScaleValue(client.Width(), to, from), ScaleValue(client.Height(), to, from)};
+  AdjustWindowRectEx(&r, Style(), FALSE, ExStyle());
+  const int width = r.right - r.left, height = r.bottom - r.top;
+  const bool centred = Position == poScreenCenter || Position == poMainFormCenter ||
+                       ((Style() & WS_POPUP) && Position != poDesigned);
+  if (centred)
+    SetBounds(before.Left - (width - before.Width()) / 2, before.Top - (height - before.Height()) / 2,
+              width, height);
+  else
+    SetBounds(before.Left, before.Top, width, height);
+}
+
 void TCustomForm::SetClientSize(int width, int height) {
   RECT r{0, 0, width, height};
   AdjustWindowRectEx(&r, Style(), FALSE, ExStyle());
@@ -126,7 +142,7 @@ void TCustomForm::SetClientSize(int width, int height) {
 void TCustomForm::SetVisible(bool visible) {
   if (visible == visible_) return;
   if (visible) {
-    Handle();
+    ScaleForPPI(WindowPPI(Handle()));
     if (OnShow) OnShow(this);
   }
   visible_ = visible;
@@ -242,6 +258,12 @@ void TCustomForm::Release() { PostMessageW(Handle(), CM_RELEASE, 0, 0); }
 LRESULT TCustomForm::WndProc(UINT msg, WPARAM wParam, LPARAM lParam) {
   switch (msg) {
     case WM_CLOSE: Close(); return 0;
+    case WM_DPICHANGED: {
+      ScaleForPPI(LOWORD(wParam));
+      const RECT* r = reinterpret_cast<const RECT*>(lParam);
+      SetBounds(r->left, r->top, r->right - r->left, r->bottom - r->top);
+      return 0;
+    }
     case CM_RELEASE:
       delete this;  // nothing of the form is touched after this
       return 0;

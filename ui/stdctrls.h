@@ -34,6 +34,7 @@ class TLabel : public TGraphicControl {
 
  protected:
   void Paint(HDC dc) override;
+  void ChangeScale(int to, int from) override;  // an auto-sized label measures again
 
  private:
   UINT TextFlags() const;

@@ -45,6 +45,11 @@ UINT TLabel::TextFlags() const {
   return flags;
 }
 
+void TLabel::ChangeScale(int to, int from) {
+  TGraphicControl::ChangeScale(to, from);
+  AdjustBounds();
+}
+
 void TLabel::AdjustBounds() {
   if (!autoSize_ || Destroying()) return;
   // An empty caption (or a lone prefix) still takes the height of one line.
