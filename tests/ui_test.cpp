@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "ui/appevnts.h"
 #include "ui/application.h"
@@ -314,6 +315,51 @@ TEST(UiScrollBox, ScrollsItsChildrenWithinTheirExtent) {
   EXPECT_EQ(box->VertScrollPos(), 0);
   EXPECT_EQ(child->Top(), 10);
   EXPECT_EQ(box->VertRange(), 0);
+}
+
+// A form moved to a monitor of another density scales what it holds from the density it
+// was at, and takes the place the system suggests; controls placed in it later come at its
+// density, and those with the parent's font keep sharing it.
+TEST(UiForm, ANewDensityScalesTheFormAndWhatItHolds) {
+  TForm form(nullptr);
+  form.Position = poDesigned;
+  form.BorderStyle = bsNone;
+  form.SetBounds(10, 10, 400, 300);
+  form.Font.Height = -12;
+  auto* bar = new TPanel(&form);
+  bar->SetParent(&form);
+  bar->SetHeight(34);
+  bar->SetAlign(alTop);
+  bar->AlignWithMargins = true;
+  bar->Margins = {1, 1, 1, 0};
+  auto* label = new TLabel(&form);
+  label->SetParent(bar);
+  label->SetCaption(u"Bestätigung");
+  const int labelHeight = label->Height();
+  auto* shape = new TShape(bar);
+  shape->SetParent(bar);
+  shape->SetBounds(0, 0, 4, 4);
+  shape->Pen.Width = 2;
+  form.Show();
+  ASSERT_EQ(form.CurrentPPI(), 96);  // this test program is not aware of densities
+
+  RECT suggested{20, 30, 620, 480};
+  SendMessageW(form.Handle(), WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested));
+  EXPECT_EQ(form.CurrentPPI(), 144);
+  EXPECT_EQ((std::vector{form.Left(), form.Top(), form.Width(), form.Height()}),
+            (std::vector{20, 30, 600, 450}));
+  EXPECT_EQ(form.Font.Height, -18);
+  EXPECT_EQ(bar->Height(), 51);
+  EXPECT_EQ(bar->Margins, (TMargins{2, 2, 2, 0}));
+  EXPECT_EQ((std::vector{bar->Left(), bar->Top(), bar->Width()}), (std::vector{2, 2, 596}));
+  EXPECT_EQ((std::vector{shape->Width(), shape->Pen.Width}), (std::vector{6, 3}));
+  EXPECT_GT(label->Height(), labelHeight);  // measured again in the form's larger font
+  EXPECT_TRUE(label->ParentFont);
+  auto* later = new TPanel(&form);
+  later->SetBounds(0, 0, 100, 40);
+  later->SetParent(&form);
+  EXPECT_EQ((std::vector{later->Width(), later->Height(), later->CurrentPPI()}),
+            (std::vector{150, 60, 144}));
 }
 
 TEST(UiForm, ModalFormSeesItsControlsKeysAndEndsWithItsResult) {
