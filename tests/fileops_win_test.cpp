@@ -71,10 +71,19 @@ TEST_F(FileOpsWin, CopyOfAReadOnlyFileIsReadOnlyAndTheSourceStaysSo) {
   SetFileAttributesW(W(copy), FILE_ATTRIBUTE_NORMAL);
   const HANDLE held = CreateFileW(W(copy), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   ASSERT_NE(held, INVALID_HANDLE_VALUE);
-  EXPECT_THROW(qm_CopyFile(src2, copy), rtl::EInOutError);
+  try {
+    qm_CopyFile(src2, copy);
+    ADD_FAILURE() << "no exception";
+  } catch (const rtl::EInOutError& e) {
+    const std::u16string start = u"Kopieren von " + src2 + u" nach " + copy + u" fehlgeschlagen: ";
+    EXPECT_EQ(e.Message().substr(0, start.size()), start);
+    EXPECT_GT(e.Message().size(), start.size()) << "the system's reason follows";
+  }
   CloseHandle(held);
   EXPECT_TRUE(IsWriteProtect(src2));
   EXPECT_EQ(ReadBytes(copy), "payload");
+  // A target folder that cannot be made (a file is in its way) is a failure.
+  EXPECT_FALSE(qm_CopyFile(src, In(u"src.txt\\sub\\c.txt")));
   // Nothing to copy is no failure.
   EXPECT_TRUE(qm_CopyFile(In(u"none.txt"), In(u"other\\none.txt")));
   EXPECT_FALSE(qm_FileExists(In(u"other\\none.txt")));
@@ -89,6 +98,15 @@ TEST_F(FileOpsWin, MoveKeepsContentAndAttributesAndDeletionTakesTheTree) {
   EXPECT_FALSE(qm_FileExists(In(u"a\\m.txt")));
   EXPECT_EQ(ReadBytes(In(u"b\\c\\m.txt")), "moved");
   EXPECT_EQ(Attributes(In(u"b\\c\\m.txt")) & kept, kept);
+  // Dest there: the system does not move onto it, so Source is copied over it and deleted,
+  // and Dest takes Source's attributes.
+  WriteBytes(In(u"a\\w.txt"), "new");
+  SetFileAttributesW(W(In(u"a\\w.txt")), FILE_ATTRIBUTE_HIDDEN);
+  WriteBytes(In(u"b\\w.txt"), "old");
+  EXPECT_TRUE(qm_MoveFile(In(u"a\\w.txt"), In(u"b\\w.txt")));
+  EXPECT_FALSE(qm_FileExists(In(u"a\\w.txt")));
+  EXPECT_EQ(ReadBytes(In(u"b\\w.txt")), "new");
+  EXPECT_EQ(Attributes(In(u"b\\w.txt")) & FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_HIDDEN);
   // Dest there: copied, but a read-only Source cannot be deleted, so the move fails.
   WriteBytes(In(u"a\\r.txt"), "kept");
   SetFileAttributesW(W(In(u"a\\r.txt")), FILE_ATTRIBUTE_READONLY);
