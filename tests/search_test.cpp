@@ -10,35 +10,13 @@
 #include "rtl/classes.h"
 #include "rtl/locale.h"
 #include "rtl/ustring.h"
+#include "tests/slow_references.h"
 
 using namespace Qm_tools;
 using std::u16string;
 using std::u16string_view;
 
 namespace {
-
-enum class Set { Wide, WideDigits, WideHyphen };
-
-// Word characters among those the generated strings use.
-bool IsWordChar(char16_t c, Set set) {
-  if (u16string_view(u"abABxäÄ").find(c) != u16string_view::npos) return true;
-  return (c == u'1' && set == Set::WideDigits) || (c == u'-' && set == Set::WideHyphen);
-}
-
-// WordPos and WordPos2 as defined: recursion into the rest after a rejected match.
-int RecursiveWordPos(u16string_view word, u16string_view text, Set set) {
-  const u16string low = rtl::AnsiLowerCase(word);
-  const int p = rtl::Pos(low, rtl::AnsiLowerCase(text));
-  if (p == 0) return 0;
-  const int n = rtl::Length(word), len = rtl::Length(text);
-  const bool left = p == 1 || !IsWordChar(text[p - 2], set);
-  const bool right = p + n - 1 == len || !IsWordChar(text[p + n - 1], set);
-  if (left && right) return p;
-  const u16string rest = rtl::Copy(text, p + 1);
-  if (rtl::Pos(low, rest) == 0) return 0;
-  const int r = RecursiveWordPos(word, rest, set == Set::WideHyphen ? set : Set::Wide);
-  return r > 0 ? r + p : 0;
-}
 
 // InstrLeft as defined: a window k..limit grown leftwards until it holds the needle.
 int WindowInstrLeft(int limit, u16string_view text, u16string_view needle) {
@@ -59,11 +37,71 @@ bool Glob(u16string_view t, u16string_view p) {
   return m[p.size()][t.size()];
 }
 
+int SlowWordPos(u16string_view word, u16string_view text, bool withDigits) {
+  return slow::WordPos(word, text, withDigits ? slow::kWideLettersDigits : slow::kWideLetters,
+                       slow::kWideLetters);
+}
+int SlowWordPos2(u16string_view word, u16string_view text) {
+  return slow::WordPos(word, text, slow::kWideLettersHyphen, slow::kWideLettersHyphen);
+}
+
 u16string Random(std::mt19937& rng, u16string_view alphabet, size_t maxLen) {
   u16string s(std::uniform_int_distribution<size_t>(0, maxLen)(rng), u' ');
   std::uniform_int_distribution<size_t> pick(0, alphabet.size() - 1);
   for (auto& c : s) c = alphabet[pick(rng)];
   return s;
+}
+
+
+// Text glued from pieces picked at random: rejected matches, runs, case-folding letters.
+u16string Glued(std::mt19937& rng, const std::vector<u16string_view>& pieces, size_t maxPieces) {
+  u16string s;
+  const size_t count = std::uniform_int_distribution<size_t>(0, maxPieces)(rng);
+  for (size_t i = 0; i < count; ++i) s += pieces[rng() % pieces.size()];
+  return s;
+}
+
+// Runs of one character, mostly of the first: long near-misses for the wildcard matcher.
+u16string Runs(std::mt19937& rng, u16string_view alphabet, size_t maxLen) {
+  u16string s;
+  const size_t len = std::uniform_int_distribution<size_t>(0, maxLen)(rng);
+  while (s.size() < len) {
+    const char16_t c = rng() % 3 ? alphabet[0] : alphabet[rng() % alphabet.size()];
+    s.append(std::min<size_t>(len - s.size(), 1 + rng() % (rng() % 4 ? 3 : 200)), c);
+  }
+  return s;
+}
+
+// A pattern of stars, '?'s and stretches. A stretch is a run of the text's first letter
+// with one other letter in it (lengths about the 64-character word boundaries) or a piece
+// cut from the text; either may have a few characters turned into '?' or another letter.
+u16string HostilePattern(std::mt19937& rng, const u16string& text, u16string_view alphabet) {
+  static constexpr size_t kLengths[] = {1, 2, 3, 5, 31, 62, 63, 64, 65, 66, 127, 128, 129, 200};
+  u16string p;
+  const int tokens = 1 + static_cast<int>(rng() % 6);
+  for (int i = 0; i < tokens; ++i) {
+    const unsigned kind = rng() % 8;
+    if (kind == 0 || kind == 1) {
+      p += u'*';
+    } else if (kind == 2) {
+      p += rng() % 2 ? u"?" : u"*?";
+    } else {
+      u16string piece;
+      if (kind < 6 || text.empty()) {
+        piece.assign(kLengths[rng() % std::size(kLengths)], alphabet[0]);
+        piece[rng() % piece.size()] = alphabet[rng() % alphabet.size()];
+      } else {
+        const size_t from = rng() % text.size();
+        piece = text.substr(from, 1 + rng() % kLengths[rng() % std::size(kLengths)]);
+      }
+      for (auto& c : piece) {
+        if (rng() % 50 == 0) c = u'?';
+        if (rng() % 100 == 0) c = alphabet[rng() % alphabet.size()];
+      }
+      p += piece;
+    }
+  }
+  return p;
 }
 
 }  // namespace
@@ -94,9 +132,43 @@ TEST(SearchWord, IterativeSearchEqualsRecursiveDefinition) {
     const u16string text = Random(rng, alphabet, 24);
     u16string word = Random(rng, alphabet, 3);
     SCOPED_TRACE(rtl::Utf16ToUtf8(u"word '" + word + u"' text '" + text + u"'"));
-    ASSERT_EQ(WordPos(word, text, false), RecursiveWordPos(word, text, Set::Wide));
-    ASSERT_EQ(WordPos(word, text, true), RecursiveWordPos(word, text, Set::WideDigits));
-    ASSERT_EQ(WordPos2(word, text), RecursiveWordPos(word, text, Set::WideHyphen));
+    ASSERT_EQ(WordPos(word, text, false), SlowWordPos(word, text, false));
+    ASSERT_EQ(WordPos(word, text, true), SlowWordPos(word, text, true));
+    ASSERT_EQ(WordPos2(word, text), SlowWordPos2(word, text));
+  }
+}
+
+TEST(SearchWord, EqualsTheRuleOnHostileText) {
+  struct Case {
+    const char* what;
+    std::vector<u16string_view> pieces, words;
+  };
+  const Case cases[] = {
+      {"rejected matches",
+       {u"xab ", u"xAB ", u"ab", u"aB", u" ", u"-", u"1", u"ab1", u"äb", u"ab-"},
+       {u"ab", u"AB", u"b", u"a", u"b ", u"ab-"}},
+      {"runs of one letter", {u"a", u"aaaa", u"aaaaaaaaaaaaaaaaaaa", u" ", u"A", u"b"},
+       {u"aa", u"aaa", u"aaaaaaaaa", u"a", u"aA", u"aab"}},
+      {"case-folding letters",
+       {u"İ", u"i", u"ı", u"I", u"Σ", u"σ", u"ς", u"ß", u"ẞ", u"SS", u"ss", u" ", u"x"},
+       {u"i", u"İ", u"σ", u"Σς", u"ß", u"iı", u"ss"}},
+      {"letters past Latin-1", {u"Āb", u"āb", u"ab", u"Ā", u"š", u"ab\u0161", u" "},
+       {u"ab", u"āb", u"Ā", u"b"}},
+  };
+  std::mt19937 rng(1811);
+  for (const auto& c : cases) {
+    for (int i = 0; i < 300; ++i) {
+      const u16string text = Glued(rng, c.pieces, i % 10 ? 40 : 600);
+      const u16string_view word = c.words[rng() % c.words.size()];
+      SCOPED_TRACE(rtl::Utf16ToUtf8(u16string(u"word '") + u16string(word) + u"' text '" + text + u"'"));
+      ASSERT_EQ(WordPos(word, text, false), SlowWordPos(word, text, false)) << c.what;
+      ASSERT_EQ(WordPos(word, text, true), SlowWordPos(word, text, true)) << c.what;
+      ASSERT_EQ(WordPos2(word, text), SlowWordPos2(word, text)) << c.what;
+      const u16string other(c.words[rng() % c.words.size()]);
+      ASSERT_EQ(WordsInText(u';', other + u";" + u16string(word), text),
+                SlowWordPos(other, text, false) || SlowWordPos(word, text, false))
+          << c.what;
+    }
   }
 }
 
@@ -179,6 +251,20 @@ TEST(SearchLike, EqualsPlainWildcardsUnlessQuestionMarkFollowsStar) {
     if (pattern.find(u"*?") != u16string::npos) continue;
     ASSERT_EQ(qm_Like(text, pattern), Glob(text, pattern))
         << rtl::Utf16ToUtf8(text) << " ~ " << rtl::Utf16ToUtf8(pattern);
+  }
+}
+
+TEST(SearchLike, EqualsTheRuleOnHostileText) {
+  // Letters that share a low byte with 'a' (U+0161, U+FF61) or lie on another page (U+0100).
+  const u16string_view alphabets[] = {u"ab", u"aAb", u"a\u0161\u0100\uFF61", u"ba?"};
+  std::mt19937 rng(4242);
+  for (const u16string_view alphabet : alphabets) {
+    for (int i = 0; i < 1500; ++i) {
+      const u16string text = Runs(rng, alphabet, i % 8 ? 300 : 3000);
+      const u16string pattern = HostilePattern(rng, text, alphabet);
+      ASSERT_EQ(qm_Like(text, pattern), slow::Like(text, pattern))
+          << rtl::Utf16ToUtf8(text) << " ~ " << rtl::Utf16ToUtf8(pattern);
+    }
   }
 }
 
