@@ -1,6 +1,6 @@
-// Fuzz target for the text-format family on arbitrary bytes: the UTF-8 shape test's word
-// path against a byte-at-a-time reading, the mark rules against a literal reading of
-// them, and the stream reader's block-by-block decoding against decoding the whole.
+// Fuzz target for the text-format family on arbitrary bytes: the UTF-8 shape test against
+// its byte-at-a-time reading, the mark rules against a literal reading of them, and the
+// stream reader's block-by-block decoding against decoding the whole.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -12,32 +12,12 @@
 #include "rtl/streams.h"
 #include "tools/textformat.h"
 #include "fuzz/fuzz_input.h"
+#include "tests/slow_references.h"
 
 using fuzz::Check;
 using rtl::TEncoding;
 
 namespace {
-
-bool ShapeByBytes(const std::uint8_t* p, std::size_t n) {
-  for (std::size_t i = 0; i < n;) {
-    const std::uint8_t b = p[i];
-    std::size_t follow = 0;
-    if (b >= 0x80) {
-      if (b >> 5 == 6)
-        follow = 1;
-      else if (b >> 4 == 14)
-        follow = 2;
-      else if (b >> 3 == 30)
-        follow = 3;
-      else
-        return false;
-    }
-    for (std::size_t k = 1; k <= follow; ++k)
-      if (i + k >= n || p[i + k] >> 6 != 2) return false;
-    i += follow + 1;
-  }
-  return true;
-}
 
 bool Has(const std::uint8_t* p, std::size_t n, const char* mark, std::size_t length) {
   return n >= length && std::memcmp(p, mark, length) == 0;
@@ -105,8 +85,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t n = size - 1;
 
   for (std::size_t from = 0; from < 8 && from <= n; ++from)
-    Check(Qm_tools::IsUtf8Structure(p + from, n - from) == ShapeByBytes(p + from, n - from), "shape");
-  CheckMarks(p, n, ShapeByBytes(p, n));
+    Check(Qm_tools::IsUtf8Structure(p + from, n - from) ==
+              slow::Utf8Structure(p + from, n - from),
+          "shape");
+  CheckMarks(p, n, slow::Utf8Structure(p, n));
 
   TEncoding* const encodings[] = {TEncoding::UTF8(), TEncoding::Unicode(),
                                   TEncoding::BigEndianUnicode(), TEncoding::ANSI()};

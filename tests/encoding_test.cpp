@@ -11,7 +11,9 @@
 
 #include "rtl/encoding.h"
 #include "rtl/streams.h"
+#include "tests/slow_references.h"
 #include "tools/textformat.h"
+#include "tools/utf8_structure.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -51,18 +53,17 @@ struct TempFile {
 
 bool AnsiIs1252() { return TEncoding::ANSI()->CodePage() == 1252; }
 
-// The shape rule read one byte at a time.
-bool Utf8StructureByBytes(const std::uint8_t* p, size_t n) {
-  for (size_t i = 0; i < n;) {
-    const std::uint8_t b = p[i];
-    const size_t follow = b < 0x80 ? 0 : (b & 0xE0) == 0xC0 ? 1 : (b & 0xF0) == 0xE0 ? 2
-                                       : (b & 0xF8) == 0xF0 ? 3 : 9;
-    if (follow == 9) return false;
-    for (size_t k = 1; k <= follow; ++k)
-      if (i + k >= n || (p[i + k] & 0xC0) != 0x80) return false;
-    i += follow + 1;
-  }
-  return true;
+// Every version of the structural UTF-8 test that this processor runs, and the routine
+// that picks one.
+std::vector<std::pair<const char*, Qm_tools::utf8_structure::Test>> Utf8StructureVersions() {
+  namespace u = Qm_tools::utf8_structure;
+  std::vector<std::pair<const char*, u::Test>> versions = {
+      {"IsUtf8Structure", Qm_tools::IsUtf8Structure}, {"portable", u::Portable}};
+#ifdef QM_UTF8_STRUCTURE_X86
+  versions.emplace_back("SSE2", u::Sse2);
+  if (u::HasAvx2()) versions.emplace_back("AVX2", u::Avx2);
+#endif
+  return versions;
 }
 
 Lines LinesOf(const rtl::TStrings& list) {
@@ -157,7 +158,7 @@ TEST(EncodingDetectors, MissingAndUnreadableFiles) {
   delete list;
 }
 
-TEST(EncodingUtf8Structure, ShortCasesAndTheFastPathAgainstAByteLoop) {
+TEST(EncodingUtf8Structure, ShortCases) {
   const std::pair<std::string_view, bool> cases[] = {
       {"", true}, {"\xC3\xA4", true}, {"\xC3" "A", false}, {"\xE2\x82", false},
       {"\xED\xA0\x80", true},  // a surrogate: shape only
@@ -166,30 +167,62 @@ TEST(EncodingUtf8Structure, ShortCasesAndTheFastPathAgainstAByteLoop) {
       {"0123456789abcdef0123456789abcdef0123456\xC3", false},
       {"0123456789abcdef0123456789abcdef\xE2\x82\xAC" "0123456", true},
   };
-  for (const auto& [bytes, pass] : cases)
-    EXPECT_EQ(Qm_tools::IsUtf8Structure(reinterpret_cast<const std::uint8_t*>(bytes.data()),
-                                        bytes.size()), pass)
-        << ::testing::PrintToString(std::string(bytes));
-  // The word-at-a-time path against the byte loop, from every alignment.
+  for (const auto& [name, test] : Utf8StructureVersions())
+    for (const auto& [bytes, pass] : cases)
+      EXPECT_EQ(test(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()), pass)
+          << name << " " << ::testing::PrintToString(std::string(bytes));
+}
+
+TEST(EncodingUtf8Structure, EveryVersionEqualsTheRuleAcrossBlockEdges) {
+  const auto versions = Utf8StructureVersions();
+  // One sequence, whole, cut short or broken, in ASCII or in multi-byte text, at every
+  // offset across the edges of words and vector blocks, and the data cut just around it.
+  const std::string_view pieces[] = {
+      "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xC3", "\xE2\x82", "\xF0\x9F\x98",
+      "\x80", "\xBF", "\xF7\xBF\xBF\xBF", "\xF8\x80\x80\x80", "\xFF", "\xC3\xA4\x80",
+      "\xDF\xC3\xA4"};
+  for (const char filler : {'a', '\0'}) {
+    for (const auto piece : pieces) {
+      for (size_t at = 0; at < 300; ++at) {
+        Bytes buffer;
+        while (buffer.size() < 320) {
+          if (filler) buffer.push_back(filler);
+          else buffer.insert(buffer.end(), {0xC3, 0xBC});  // "ü" all along
+        }
+        std::copy(piece.begin(), piece.end(), buffer.begin() + at);
+        std::vector<size_t> sizes = {buffer.size()};
+        for (size_t size = at; size <= at + piece.size() + 3; ++size) sizes.push_back(size);
+        for (const size_t size : sizes) {
+          const bool expected = slow::Utf8Structure(buffer.data(), size);
+          for (const auto& [name, test] : versions)
+            ASSERT_EQ(test(buffer.data(), size), expected)
+                << name << ": piece " << ::testing::PrintToString(std::string(piece)) << " at "
+                << at << ", size " << size << ", filler " << int(filler);
+        }
+      }
+    }
+  }
+  // Random text with multi-byte characters now dense, now rare, from every alignment.
   std::mt19937 random(12345);
-  const std::string_view pieces[] = {"\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
-                                     "\x80", "\xC3", "\xFF"};
+  const std::string_view characters[] = {"\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
+                                         "\x80", "\xC3", "\xFF"};
   int passed = 0;
   for (int round = 0; round < 3000; ++round) {
     Bytes buffer;
-    const size_t size = random() % 300;
-    const unsigned rareness = 1 + random() % 200;
+    const size_t size = random() % 700;
+    const unsigned rareness = 1 + random() % 100;
     while (buffer.size() < size) {
-      const auto piece = pieces[random() % (round % 2 ? 6 : 3)];
+      const auto c = characters[random() % (round % 2 ? 6 : 3)];
       if (random() % rareness == 0)
-        buffer.insert(buffer.end(), piece.begin(), piece.end());
+        buffer.insert(buffer.end(), c.begin(), c.end());
       else
         buffer.push_back(static_cast<std::uint8_t>(random() % 0x80));
     }
-    const size_t from = buffer.empty() ? 0 : random() % std::min<size_t>(buffer.size(), 9);
-    const bool expected = Utf8StructureByBytes(buffer.data() + from, buffer.size() - from);
-    ASSERT_EQ(Qm_tools::IsUtf8Structure(buffer.data() + from, buffer.size() - from), expected)
-        << "round " << round;
+    const size_t from = buffer.empty() ? 0 : random() % std::min<size_t>(buffer.size(), 33);
+    const bool expected = slow::Utf8Structure(buffer.data() + from, buffer.size() - from);
+    for (const auto& [name, test] : versions)
+      ASSERT_EQ(test(buffer.data() + from, buffer.size() - from), expected)
+          << name << ", round " << round;
     passed += expected;
   }
   EXPECT_GT(passed, 500);

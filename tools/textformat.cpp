@@ -2,11 +2,12 @@
 // a file whole and hand it to them.
 #include "tools/textformat.h"
 
-#include <bit>
 #include <cstring>
 #include <initializer_list>
 #include <string_view>
 #include <vector>
+
+#include "tools/utf8_structure.h"
 
 #ifdef _WIN32
 #include "tools/paths.h"
@@ -20,14 +21,6 @@ namespace Qm_tools {
 using rtl::TEncoding;
 
 namespace {
-
-constexpr std::uint64_t kHighBits = 0x8080808080808080ull;
-
-std::uint64_t Load8(const std::uint8_t* p) {
-  std::uint64_t w;
-  std::memcpy(&w, p, 8);
-  return w;
-}
 
 bool StartsWith(const std::uint8_t* data, std::size_t size, std::initializer_list<std::uint8_t> mark) {
   return size >= mark.size() && std::memcmp(data, mark.begin(), mark.size()) == 0;
@@ -63,45 +56,7 @@ class UpdateScope {
 }  // namespace
 
 bool IsUtf8Structure(const std::uint8_t* data, std::size_t size) {
-  std::size_t i = 0;
-  while (i < size) {
-    // ASCII a word at a time: four words a round while they last, then single words; a
-    // word with a high bit set is left at its first such byte.
-    while (size - i >= 32 &&
-           ((Load8(data + i) | Load8(data + i + 8) | Load8(data + i + 16) | Load8(data + i + 24)) &
-            kHighBits) == 0)
-      i += 32;
-    while (size - i >= 8) {
-      const std::uint64_t high = Load8(data + i) & kHighBits;
-      if (high != 0) {
-        // Little endian: the lowest set bit belongs to the first byte in memory. Big
-        // endian machines take the byte loop below from the word's start.
-        if constexpr (std::endian::native == std::endian::little) i += std::countr_zero(high) / 8;
-        break;
-      }
-      i += 8;
-    }
-    if (i == size) break;
-    const std::uint8_t b = data[i];
-    if (b < 0x80) {
-      ++i;
-      continue;
-    }
-    std::size_t follow;
-    if ((b & 0xE0) == 0xC0)
-      follow = 1;
-    else if ((b & 0xF0) == 0xE0)
-      follow = 2;
-    else if ((b & 0xF8) == 0xF0)
-      follow = 3;
-    else
-      return false;
-    if (size - i <= follow) return false;
-    for (std::size_t k = 1; k <= follow; ++k)
-      if ((data[i + k] & 0xC0) != 0x80) return false;
-    i += follow + 1;
-  }
-  return true;
+  return size == 0 || utf8_structure::Fastest()(data, size);
 }
 
 std::u16string FileFormatOfBytes(const std::uint8_t* data, std::size_t size) {
