@@ -15,7 +15,7 @@ std::u16string AnsiLowerCase(std::u16string_view s) {
   const size_t n = r.size();
   size_t i = 0;
   for (; i + kBlock <= n; i += kBlock) {
-    unsigned high = 0;
+    char16_t high = 0;
     for (size_t k = 0; k < kBlock; ++k) high |= p[i + k];
     if (high < 0x80) {
       for (size_t k = 0; k < kBlock; ++k) {

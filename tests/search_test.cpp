@@ -172,6 +172,27 @@ TEST(SearchWord, EqualsTheRuleOnHostileText) {
   }
 }
 
+TEST(SearchWord, MatchesAcrossTheEdgesOfTheLoweredWindowsAreFoundOnce) {
+  // The text is lowered in windows of 4096 characters; matches, rejected ones and surrogate
+  // pairs are put just before, on and after the edges between them.
+  const std::pair<u16string_view, u16string_view> cases[] = {
+      {u"ab", u"xAB ab"}, {u"ab", u"AB1ab"}, {u"abc", u"xabcABC abc"}, {u"a", u"Aa a"},
+      {u"ab", u"\U0001F600ab"}, {u"ab", u"a\U0001F600AB"}, {u"aaaa", u"aaaaaaaaa"},
+  };
+  for (const auto& [word, piece] : cases) {
+    for (const size_t edge : {4096, 8192}) {
+      for (size_t at = edge - 12; at <= edge + 4; ++at) {
+        u16string text(8200, u' ');
+        text.replace(at, piece.size(), piece);
+        SCOPED_TRACE(rtl::Utf16ToUtf8(u16string(word) + u" in " + u16string(piece)) + " at " +
+                     std::to_string(at));
+        ASSERT_EQ(WordPos(word, text, true), SlowWordPos(word, text, true));
+        ASSERT_EQ(WordPos2(word, text), SlowWordPos2(word, text));
+      }
+    }
+  }
+}
+
 TEST(SearchWord, LongHostileTextNeedsNoDeepRecursion) {
   u16string rejected, lowerCase;
   for (int i = 0; i < 200000; ++i) rejected += u"xAB ", lowerCase += u"xab ";

@@ -11,6 +11,7 @@
 
 #include "rtl/locale.h"
 #include "rtl/ustring.h"
+#include "tools/char_scan.h"
 #include "tools/fields.h"
 
 namespace Qm_tools {
@@ -67,37 +68,78 @@ bool IsWholeWord(View text, std::int64_t p, std::int64_t n, const WordChars& set
   return LeftSideGood(text, p, set) && RightSideGood(text, p, n, set);
 }
 
+bool IsHighSurrogate(char16_t c) { return c >= 0xD800 && c <= 0xDBFF; }
+bool IsLowSurrogate(char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
+
+// The text lowered a window at a time, so that the search reads it back from the cache
+// instead of from a second copy of the whole text; or cut from a text lowered whole, when
+// several words are looked for. Lowering is per character, so a window's lowering is that
+// part of the whole text's; windows keep surrogate pairs whole in case the system lowers a
+// pair as one character.
+class LoweredText {
+ public:
+  explicit LoweredText(View text) : text_(text) {}
+  LoweredText(View text, View lowered) : text_(text), lowered_(lowered), whole_(true) {}
+
+  // The lowered text from at most `from` to at least `to`; `*start` gets where it starts.
+  View Window(size_t from, size_t to, size_t* start) {
+    if (whole_) {
+      *start = 0;
+      return lowered_;
+    }
+    if (from > 0 && IsLowSurrogate(text_[from])) --from;
+    if (to < text_.size() && IsHighSurrogate(text_[to - 1])) ++to;
+    *start = from;
+    window_ = rtl::AnsiLowerCase(text_.substr(from, to - from));
+    return window_;
+  }
+
+ private:
+  View text_, lowered_;
+  bool whole_ = false;
+  std::u16string window_;
+};
+
+constexpr size_t kWindow = 4096;
+
 // The search behind WordPos and WordPos2. Its definition recurses: after a rejected match
 // at p it calls itself on the rest from p+1, but only when the lower-cased word occurs in
 // that rest as written (not lowered), and the inner call judges the rest on its own, so
-// the rest's first position is a good left side. Results add up to absolute positions,
-// so a loop over a moving base gives the same answers without copies or deep stacks:
-// the lowered rest is a suffix of the lowered text because lowering is per character.
-// The gate keeps its last hit, since the bases only grow: for a base at or before that
-// hit the answer is the same hit, so each stretch of the text is gated once.
-int RepeatedWordPos(View lowWord, View text, View lowText, const WordChars& firstSet,
+// the rest's first position is a good left side. Results add up to absolute positions, so
+// the levels are the matches of the lowered word in the lowered text, taken in order
+// (lowering is per character, so a rest's lowering is a suffix of the text's). The gates
+// need no pass of their own: each asks for an occurrence as written after its rejected
+// match, so the gate of the last rejection before a whole word answers for all of them,
+// and without a whole word the answer is 0 whatever the gates say. One scan of the lowered
+// text, then at most one search of the text as written.
+int RepeatedWordPos(View lowWord, View text, LoweredText& lowered, const WordChars& firstSet,
                     const WordChars& laterSet) {
   const size_t n = lowWord.size();
-  if (n == 0) return 0;
-  size_t base = 0;
+  if (n == 0 || n > text.size()) return 0;
+  const View middle = lowWord.substr(1, n - 1 - (n > 1));
+  // Where a match needs no look to its left: the text's start, and after a rejected match
+  // the place just past its start (the inner search's rest starts there).
+  size_t freeLeft = 0;
   const WordChars* set = &firstSet;
-  size_t gateHit = npos;
-  bool gateKnown = false;
-  for (;;) {
-    const size_t at = lowText.find(lowWord, base);
-    if (at == npos) return 0;
-    const auto p = static_cast<std::int64_t>(at) + 1;
-    const bool left = at == base || !set->Has(At(text, p - 1));
-    if (left && RightSideGood(text, p, static_cast<std::int64_t>(n), *set)) return ToPos(at);
-    const size_t rest = at + 1;
-    if (!gateKnown || rest > gateHit) {
-      gateHit = text.find(lowWord, rest);
-      gateKnown = true;
+  // Matches starting in [from, to), with the n - 1 characters after them in the window.
+  for (size_t from = 0, to; from + n <= text.size(); from = to) {
+    to = std::min(from + std::max(kWindow, n), text.size() - n + 1);
+    size_t start;
+    const View low = lowered.Window(from, to + n - 1, &start);
+    char_scan::PairScan matches(low, lowWord[0], lowWord[n - 1], n - 1, from - start);
+    for (size_t k; (k = matches.Next()) < to - start;) {
+      if (!middle.empty() && low.compare(k + 1, middle.size(), middle) != 0) continue;
+      const size_t at = k + start;
+      if ((at == freeLeft || !set->Has(text[at - 1])) &&
+          RightSideGood(text, static_cast<std::int64_t>(at) + 1, static_cast<std::int64_t>(n), *set)) {
+        if (freeLeft == 0 || text.find(lowWord, freeLeft) != npos) return ToPos(at);
+        return 0;
+      }
+      freeLeft = at + 1;
+      set = &laterSet;
     }
-    if (gateHit == npos) return 0;
-    base = rest;
-    set = &laterSet;
   }
+  return 0;
 }
 
 // Steps one and two of the whole-word search: the first match decides.
@@ -114,14 +156,14 @@ int FirstWordPos(View word, View text, const WordChars& set, bool rightSideToo) 
 // ---- Whole words ----
 
 int WordPos(View word, View text, bool withDigits) {
-  const std::u16string lowText = rtl::AnsiLowerCase(text);
-  return RepeatedWordPos(rtl::AnsiLowerCase(word), text, lowText,
+  LoweredText lowered(text);
+  return RepeatedWordPos(rtl::AnsiLowerCase(word), text, lowered,
                          withDigits ? kWideLettersDigits : kWideLetters, kWideLetters);
 }
 
 int WordPos2(View word, View text) {
-  const std::u16string lowText = rtl::AnsiLowerCase(text);
-  return RepeatedWordPos(rtl::AnsiLowerCase(word), text, lowText, kWideLettersHyphen,
+  LoweredText lowered(text);
+  return RepeatedWordPos(rtl::AnsiLowerCase(word), text, lowered, kWideLettersHyphen,
                          kWideLettersHyphen);
 }
 
@@ -142,10 +184,11 @@ int WordPosFrom(View word, View text, int start) {
 bool WordsInText(char16_t d, View words, View text) {
   // Lowered once for all fields; each field then searches exactly as WordPos does.
   const std::u16string lowText = rtl::AnsiLowerCase(text);
+  LoweredText lowered(text, lowText);
   const int count = GetFieldsCount(d, words);
   for (int i = 1; i <= count; ++i) {
     const std::u16string field = GetFieldStr(d, words, i);
-    if (RepeatedWordPos(rtl::AnsiLowerCase(field), text, lowText, kWideLetters, kWideLetters))
+    if (RepeatedWordPos(rtl::AnsiLowerCase(field), text, lowered, kWideLetters, kWideLetters))
       return true;
   }
   return false;
