@@ -289,6 +289,32 @@ TEST(SearchLike, EqualsTheRuleOnHostileText) {
   }
 }
 
+TEST(SearchLike, StretchesThatAlmostMatchEverywhereFindTheirFirstMatch) {
+  // Runs of 'a' parted by single other letters (one sharing 'a''s low byte, one on another
+  // page, one far up); the stretches are runs of 'a' with a few of those letters or '?' in
+  // them, so that nearly every place looks right at both ends and fails inside.
+  const u16string_view others = u"b\u0161\u0100\uFF61?";
+  static constexpr size_t kLengths[] = {12, 40, 63, 64, 65, 100, 129, 140};
+  std::mt19937 rng(64);
+  const auto stretch = [&] {
+    u16string s(kLengths[rng() % std::size(kLengths)], u'a');
+    for (unsigned k = rng() % 3; k-- > 0;) s[1 + rng() % (s.size() - 1)] = others[rng() % 5];
+    return s;
+  };
+  for (int i = 0; i < 1500; ++i) {
+    u16string text;
+    const size_t size = 200 + rng() % 3000;
+    while (text.size() < size) text += u16string(1 + rng() % 300, u'a') + others[rng() % 4];
+    // '?' after a star makes the search skip some places (see qm_Like).
+    const auto star = [&] { return rng() % 3 ? u"*" : rng() % 2 ? u"*?" : u"*??"; };
+    u16string pattern = star() + stretch();
+    if (rng() % 2) pattern += star() + stretch();
+    if (rng() % 2) pattern += u"*";
+    ASSERT_EQ(qm_Like(text, pattern), slow::Like(text, pattern))
+        << rtl::Utf16ToUtf8(text) << " ~ " << rtl::Utf16ToUtf8(pattern);
+  }
+}
+
 TEST(SearchLike, ManyStarsOnLongTextStayFast) {
   const u16string text(100000, u'a');
   u16string stars;

@@ -284,62 +284,6 @@ std::u16string ContentBetween(View text, View a, View b) {
   return tail.substr(0, static_cast<size_t>(q - 1));
 }
 
-bool qm_Like(View text, View pattern) {
-  const size_t tn = text.size(), pn = pattern.size();
-  size_t t = 0, p = 0;
-  // Where to resume after a mismatch: the pattern right after the latest '*', the text
-  // one past where the literal after it was last found. Unset until the first '*'.
-  size_t resumeText = npos, resumePattern = npos;
-  for (;;) {
-    // Matching in lockstep, up to the next '*' or a mismatch.
-    for (;;) {
-      if (p == pn) {
-        if (t == tn) return true;
-        if (resumeText == npos || resumePattern == npos) return false;
-        t = resumeText;
-        p = resumePattern;
-        break;
-      }
-      const char16_t c = pattern[p];
-      if (c == u'*') {
-        resumePattern = ++p;
-        break;
-      }
-      // Out of text inside a fixed-length stretch: a later resumption would have even
-      // less text for it, so this is final.
-      if (t == tn) return false;
-      if (c != u'?' && text[t] != c) {
-        if (resumeText == npos || resumePattern == npos) return false;
-        t = resumeText;
-        p = resumePattern;
-        break;
-      }
-      ++t;
-      ++p;
-    }
-    // After a '*': '?'s take one character each, then the next literal is searched.
-    for (;;) {
-      if (p == pn) return true;
-      const char16_t c = pattern[p];
-      if (c == u'*') {
-        resumePattern = ++p;
-        continue;
-      }
-      if (t == tn) return false;
-      if (c == u'?') {
-        ++t;
-        ++p;
-        continue;
-      }
-      const size_t found = text.find(c, t);
-      if (found == npos) return false;
-      t = resumeText = found + 1;
-      ++p;
-      break;
-    }
-  }
-}
-
 // ---- Predicates and formatters ----
 
 bool NoAlpha(View text) {

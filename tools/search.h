@@ -109,7 +109,7 @@ QM_TOOLS_API std::u16string ContentBetween(std::u16string_view text, std::u16str
 // Case-sensitive wildcard match of the whole text: '*' any run, '?' one character. A
 // mismatch goes back to the latest '*' only, resuming one character after where the
 // literal following that '*' was last found; so '?'s right after a '*' are consumed again
-// from there and can miss a match.
+// from there and can miss a match. The time grows linearly with the text.
 //   qm_Like(u"abc", u"a*c") == true      qm_Like(u"abc", u"A*") == false
 //   qm_Like(u"xbb", u"*?b") == false     (would need the '?' on the first 'b')
 QM_TOOLS_API bool qm_Like(std::u16string_view text, std::u16string_view pattern);
