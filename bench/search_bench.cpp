@@ -79,11 +79,13 @@ void BM_AnsiLowerCase_1Mi(benchmark::State& state) {
 }
 
 void BM_WordPos_UpperCaseRejects(benchmark::State& state) {
-  Versus(state, UpperCaseRejects(), [] { return Qm_tools::WordPos(u"ab", UpperCaseRejects(), false); });
+  Versus(state, UpperCaseRejects(),
+         [] { return Qm_tools::WordPos(u"ab", UpperCaseRejects(), false); });
 }
 
 void BM_WordPos_LowerCaseRejects(benchmark::State& state) {
-  Versus(state, LowerCaseRejects(), [] { return Qm_tools::WordPos(u"ab", LowerCaseRejects(), false); });
+  Versus(state, LowerCaseRejects(),
+         [] { return Qm_tools::WordPos(u"ab", LowerCaseRejects(), false); });
 }
 
 void BM_WordPos2_LowerCaseRejects(benchmark::State& state) {
@@ -95,7 +97,8 @@ void BM_RPos_NeedleFirst(benchmark::State& state) {
 }
 
 void BM_OccurNr_EveryFourth(benchmark::State& state) {
-  Versus(state, LowerCaseRejects(), [] { return Qm_tools::OccurNr(u"ab", LowerCaseRejects(), -1); });
+  Versus(state, LowerCaseRejects(),
+         [] { return Qm_tools::OccurNr(u"ab", LowerCaseRejects(), -1); });
 }
 
 // ---- Wildcards: the shapes of pattern, each on 'a' repeated 100k, 200k and 400k times.

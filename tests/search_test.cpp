@@ -11,6 +11,7 @@
 #include "rtl/locale.h"
 #include "rtl/ustring.h"
 #include "tests/slow_references.h"
+#include "tools/char_scan.h"
 
 using namespace Qm_tools;
 using std::u16string;
@@ -145,7 +146,8 @@ TEST(SearchWord, EqualsTheRuleOnHostileText) {
   };
   const Case cases[] = {
       {"rejected matches",
-       {u"xab ", u"xAB ", u"ab", u"aB", u" ", u"-", u"1", u"ab1", u"äb", u"ab-"},
+       {u"xab ", u"xAB ", u"ab", u"aB", u" ", u"-", u"1", u"ab1", u"äb", u"ab-", u"@ab", u"[ab",
+        u"`AB", u"{ab", u"Zab", u"zab"},
        {u"ab", u"AB", u"b", u"a", u"b ", u"ab-"}},
       {"runs of one letter", {u"a", u"aaaa", u"aaaaaaaaaaaaaaaaaaa", u" ", u"A", u"b"},
        {u"aa", u"aaa", u"aaaaaaaaa", u"a", u"aA", u"aab"}},
@@ -160,7 +162,7 @@ TEST(SearchWord, EqualsTheRuleOnHostileText) {
     for (int i = 0; i < 300; ++i) {
       const u16string text = Glued(rng, c.pieces, i % 10 ? 40 : 600);
       const u16string_view word = c.words[rng() % c.words.size()];
-      SCOPED_TRACE(rtl::Utf16ToUtf8(u16string(u"word '") + u16string(word) + u"' text '" + text + u"'"));
+      SCOPED_TRACE(rtl::Utf16ToUtf8(u"word '" + u16string(word) + u"' text '" + text + u"'"));
       ASSERT_EQ(WordPos(word, text, false), SlowWordPos(word, text, false)) << c.what;
       ASSERT_EQ(WordPos(word, text, true), SlowWordPos(word, text, true)) << c.what;
       ASSERT_EQ(WordPos2(word, text), SlowWordPos2(word, text)) << c.what;
@@ -193,12 +195,42 @@ TEST(SearchWord, MatchesAcrossTheEdgesOfTheLoweredWindowsAreFoundOnce) {
   }
 }
 
+TEST(SearchWord, EveryCharacterBeforeALaterMatchIsJudgedByTheSet) {
+  // Rejected matches first, then one behind each character in turn, with text after it.
+  u16string rejected;
+  for (int i = 0; i < 20; ++i) rejected += u"xab ";
+  for (char16_t c = 1; c < 0x200; ++c) {
+    const u16string text = rejected + c + u"ab" + u16string(80, u' ');
+    ASSERT_EQ(WordPos(u"ab", text, false), SlowWordPos(u"ab", text, false)) << int(c);
+    ASSERT_EQ(WordPos(u"ab", text, true), SlowWordPos(u"ab", text, true)) << int(c);
+    ASSERT_EQ(WordPos2(u"ab", text), SlowWordPos2(u"ab", text)) << int(c);
+  }
+}
+
 TEST(SearchWord, LongHostileTextNeedsNoDeepRecursion) {
   u16string rejected, lowerCase;
   for (int i = 0; i < 200000; ++i) rejected += u"xAB ", lowerCase += u"xab ";
   EXPECT_EQ(WordPos(u"ab", rejected + u"ab", false), 800001);
   EXPECT_EQ(WordPos(u"ab", lowerCase, false), 0);
   EXPECT_EQ(WordPos2(u"ab", lowerCase + u"ab"), 800001);
+}
+
+TEST(SearchScan, VectorMasksEqualThoseTakenOneCharacterAtATime) {
+  // Every UTF-16 unit for the letter mask; pairs at every gap over the letters' edges.
+  std::vector<char16_t> all(0x10000);
+  for (size_t c = 0; c < all.size(); ++c) all[c] = static_cast<char16_t>(c);
+  for (size_t at = 0; at < all.size(); at += 64)
+    ASSERT_EQ(char_scan::AsciiLetterMask(&all[at]), char_scan::AsciiLetterMaskByChar(&all[at]))
+        << at;
+  std::mt19937 rng(16);
+  const u16string_view alphabet = u"@AZ[`az{\u0141\u0161\uFF21";
+  for (int i = 0; i < 2000; ++i) {
+    const u16string text = Random(rng, alphabet, 200) + u16string(200, u'a');
+    const size_t gap = rng() % 70, at = rng() % (text.size() - 64 - gap);
+    const char16_t a = alphabet[rng() % alphabet.size()], b = alphabet[rng() % alphabet.size()];
+    ASSERT_EQ(char_scan::PairMask(&text[at], a, b, gap),
+              char_scan::PairMaskByChar(&text[at], a, b, gap));
+  }
 }
 
 TEST(SearchPosition, FindsOccurrencesAsCallersExpect) {

@@ -120,10 +120,10 @@ class StretchMatches {
       std::uint32_t& cls = classes_[page + (c & 0xFF)];
       if (cls == 0) {
         // A new class starts from the mask of '?'s, class 0's.
-        const size_t at = masks_.size();
-        cls = static_cast<std::uint32_t>(at / words_.size());
-        masks_.resize(at + words_.size());
-        std::copy_n(masks_.begin(), words_.size(), masks_.begin() + static_cast<std::ptrdiff_t>(at));
+        const size_t count = words_.size(), at = masks_.size();
+        cls = static_cast<std::uint32_t>(at / count);
+        masks_.resize(at + count);
+        std::copy_n(masks_.begin(), count, masks_.begin() + static_cast<std::ptrdiff_t>(at));
       }
       masks_[cls * words_.size() + j / 64] |= std::uint64_t{1} << (j % 64);
     }

@@ -7,6 +7,7 @@
 #include "tools/search.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 
 #include "rtl/locale.h"
@@ -23,19 +24,20 @@ constexpr size_t npos = View::npos;
 
 // Word-character sets. A character belongs to a word exactly when it occurs in the set's
 // string (case-sensitive), so a letter missing from a set (Letters has no 'é') is a
-// boundary for that set's users. All members are Latin-1, hence a 256-bit table.
+// boundary for that set's users. All members are Latin-1, hence a table of 256 entries
+// (bytes rather than bits: the whole-word searches ask once per match).
 class WordChars {
  public:
   consteval explicit WordChars(View members) {
     for (const char16_t c : members) {
       if (c > 0xFF) throw "word characters must be Latin-1";
-      bits_[c >> 6] |= std::uint64_t{1} << (c & 63);
+      in_[c] = true;
     }
   }
-  bool Has(char16_t c) const { return c <= 0xFF && (bits_[c >> 6] >> (c & 63) & 1) != 0; }
+  bool Has(char16_t c) const { return c <= 0xFF && in_[c]; }
 
  private:
-  std::uint64_t bits_[4] = {};
+  bool in_[256] = {};
 };
 
 constexpr WordChars kLetters{u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZäöüÄÖÜß"};
@@ -102,6 +104,34 @@ class LoweredText {
 
 constexpr size_t kWindow = 4096;
 
+// Calls visit(base, bits) for blocks of the text, bit k of bits set where the lowered
+// word occurs in the lowered text at base + k, in ascending order, until visit returns a
+// place other than npos; returns that place, or npos.
+template <class Visit>
+size_t FindLoweredMatches(View lowWord, View text, LoweredText& lowered, Visit visit) {
+  const size_t n = lowWord.size();
+  const View middle = lowWord.substr(1, n - 1 - (n > 1));
+  // Matches starting in [from, to), with the n - 1 characters after them in the window.
+  for (size_t from = 0, to; from + n <= text.size(); from = to) {
+    to = std::min(from + std::max(kWindow, n), text.size() - n + 1);
+    size_t start;
+    const View low = lowered.Window(from, to + n - 1, &start);
+    const size_t found = char_scan::FindPairs(
+        low, lowWord[0], lowWord[n - 1], n - 1, from - start, to - start,
+        [&](size_t base, std::uint64_t bits) {
+          if (!middle.empty()) {
+            for (std::uint64_t rest = bits; rest != 0; rest &= rest - 1) {
+              const size_t k = base + static_cast<size_t>(std::countr_zero(rest));
+              if (low.compare(k + 1, middle.size(), middle) != 0) bits &= ~(rest & -rest);
+            }
+          }
+          return bits != 0 ? visit(base + start, bits) : npos;
+        });
+    if (found != npos) return found;
+  }
+  return npos;
+}
+
 // The search behind WordPos and WordPos2. Its definition recurses: after a rejected match
 // at p it calls itself on the rest from p+1, but only when the lower-cased word occurs in
 // that rest as written (not lowered), and the inner call judges the rest on its own, so
@@ -110,36 +140,64 @@ constexpr size_t kWindow = 4096;
 // (lowering is per character, so a rest's lowering is a suffix of the text's). The gates
 // need no pass of their own: each asks for an occurrence as written after its rejected
 // match, so the gate of the last rejection before a whole word answers for all of them,
-// and without a whole word the answer is 0 whatever the gates say. One scan of the lowered
-// text, then at most one search of the text as written.
-int RepeatedWordPos(View lowWord, View text, LoweredText& lowered, const WordChars& firstSet,
-                    const WordChars& laterSet) {
-  const size_t n = lowWord.size();
-  if (n == 0 || n > text.size()) return 0;
-  const View middle = lowWord.substr(1, n - 1 - (n > 1));
+// and without a whole word the answer is 0 whatever the gates say.
+int WordPosInOrder(View lowWord, View text, LoweredText& lowered, const WordChars& firstSet,
+                   const WordChars& laterSet) {
   // Where a match needs no look to its left: the text's start, and after a rejected match
   // the place just past its start (the inner search's rest starts there).
   size_t freeLeft = 0;
   const WordChars* set = &firstSet;
-  // Matches starting in [from, to), with the n - 1 characters after them in the window.
-  for (size_t from = 0, to; from + n <= text.size(); from = to) {
-    to = std::min(from + std::max(kWindow, n), text.size() - n + 1);
-    size_t start;
-    const View low = lowered.Window(from, to + n - 1, &start);
-    char_scan::PairScan matches(low, lowWord[0], lowWord[n - 1], n - 1, from - start);
-    for (size_t k; (k = matches.Next()) < to - start;) {
-      if (!middle.empty() && low.compare(k + 1, middle.size(), middle) != 0) continue;
-      const size_t at = k + start;
+  const auto n = static_cast<std::int64_t>(lowWord.size());
+  const auto judge = [&](size_t base, std::uint64_t bits) {
+    for (; bits != 0; bits &= bits - 1) {
+      const size_t at = base + static_cast<size_t>(std::countr_zero(bits));
       if ((at == freeLeft || !set->Has(text[at - 1])) &&
-          RightSideGood(text, static_cast<std::int64_t>(at) + 1, static_cast<std::int64_t>(n), *set)) {
-        if (freeLeft == 0 || text.find(lowWord, freeLeft) != npos) return ToPos(at);
-        return 0;
-      }
+          RightSideGood(text, static_cast<std::int64_t>(at) + 1, n, *set))
+        return at;
       freeLeft = at + 1;
       set = &laterSet;
     }
-  }
-  return 0;
+    return npos;
+  };
+  const size_t at = FindLoweredMatches(lowWord, text, lowered, judge);
+  if (at == npos) return 0;
+  return freeLeft == 0 || text.find(lowWord, freeLeft) != npos ? ToPos(at) : 0;
+}
+
+// The same in bulk, for a word that cannot match at two neighbouring places (it is not one
+// character repeated), so that "just past a rejected match" never meets another match and
+// a later match's left side is judged by the set alone; a match whose left neighbour is an
+// ASCII letter is rejected with its whole block at once. The gate is asked with the whole
+// word found: an occurrence as written at or after it passes every gate. Without one the
+// answer depends on where the last rejection was, and the search runs again in order.
+int RepeatedWordPos(View lowWord, View text, LoweredText& lowered, const WordChars& firstSet,
+                    const WordChars& laterSet) {
+  if (lowWord.empty() || lowWord.size() > text.size()) return 0;
+  if (lowWord.find_first_not_of(lowWord[0]) == npos)
+    return WordPosInOrder(lowWord, text, lowered, firstSet, laterSet);
+  const auto n = static_cast<std::int64_t>(lowWord.size());
+  const auto whole = [&](size_t at, const WordChars& set) {
+    return IsWholeWord(text, static_cast<std::int64_t>(at) + 1, n, set);
+  };
+  size_t first = npos;
+  const auto judge = [&](size_t base, std::uint64_t bits) {
+    if (first == npos) {
+      first = base + static_cast<size_t>(std::countr_zero(bits));
+      if (whole(first, firstSet)) return first;
+      bits &= bits - 1;
+    }
+    if (base > 0 && text.size() - base >= 64)
+      bits &= ~char_scan::AsciiLetterMask(text.data() + base - 1);
+    for (; bits != 0; bits &= bits - 1) {
+      const size_t at = base + static_cast<size_t>(std::countr_zero(bits));
+      if (whole(at, laterSet)) return at;
+    }
+    return npos;
+  };
+  const size_t at = FindLoweredMatches(lowWord, text, lowered, judge);
+  if (at == npos) return 0;
+  if (at == first || text.find(lowWord, at) != npos) return ToPos(at);
+  return WordPosInOrder(lowWord, text, lowered, firstSet, laterSet);
 }
 
 // Steps one and two of the whole-word search: the first match decides.

@@ -171,8 +171,9 @@ struct Avx2Blocks {
 };
 
 __attribute__((target("avx2"))) bool Avx2Ascii(const std::uint8_t* p) {
-  return _mm256_movemask_epi8(_mm256_or_si256(_mm256_or_si256(Load32(p), Load32(p + 32)),
-                                              _mm256_or_si256(Load32(p + 64), Load32(p + 96)))) == 0;
+  const __m256i all = _mm256_or_si256(_mm256_or_si256(Load32(p), Load32(p + 32)),
+                                      _mm256_or_si256(Load32(p + 64), Load32(p + 96)));
+  return _mm256_movemask_epi8(all) == 0;
 }
 
 }  // namespace
