@@ -180,7 +180,7 @@ TEST(EncodingUtf8Structure, EveryVersionEqualsTheRuleAcrossBlockEdges) {
   const std::string_view pieces[] = {
       "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xC3", "\xE2\x82", "\xF0\x9F\x98",
       "\x80", "\xBF", "\xF7\xBF\xBF\xBF", "\xF8\x80\x80\x80", "\xFF", "\xC3\xA4\x80",
-      "\xDF\xC3\xA4"};
+      "\xDF\xC3\xA4", "\xE0\xA0\x80", "\xF0\x90\x80\x80", "\xC0\x80", "\xC0"};
   for (const char filler : {'a', '\0'}) {
     for (const auto piece : pieces) {
       for (size_t at = 0; at < 300; ++at) {
