@@ -19,8 +19,12 @@
 // of a stretch at or after a try comes from a stream of its matches (StretchMatches), so
 // each piece of text is read a bounded number of times per stretch that reaches it.
 //
-// Time: O(text + pattern) for most stretches; a stretch with '?'s that also defeats the
-// pair filter costs O(text x ceil(stretch / 64)) (see StretchMatches). Memory: O(pattern).
+// Time: each stretch reads the text from where the one before it was placed to where it is
+// placed itself, so the stretches share one pass. Within it, the comparisons after the
+// pair filter cost at most a few times the text passed over, and the bit-parallel matcher
+// that takes over from them costs ceil(stretch / 64) word steps a character: O(text +
+// pattern) for stretches of up to 64 characters, O(text x ceil(stretch / 64)) at worst
+// for longer ones (see StretchMatches). Memory: O(pattern).
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
