@@ -14,35 +14,13 @@
 #include "rtl/ustring.h"
 #include "tools/search.h"
 #include "fuzz/fuzz_input.h"
+#include "tests/slow_references.h"
 
 using namespace Qm_tools;
 using std::u16string;
 using std::u16string_view;
 
 namespace {
-
-constexpr u16string_view kWide =
-    u"abcdefghijklmnopqrstuvwxyzüäöABCDEFGHIJKLMNOPQRSTUVWXYZÖÄÜßéíúáóèìùàòâêôîûÂÊÔÎÛñÑçÇ";
-
-bool InWordSet(char16_t c, int set) {
-  if (kWide.find(c) != u16string_view::npos) return true;
-  return (set == 1 && c >= u'0' && c <= u'9') || (set == 2 && c == u'-');
-}
-
-// The recursive definition of WordPos (set 0/1) and WordPos2 (set 2).
-int RecursiveWordPos(u16string_view word, u16string_view text, int set) {
-  const u16string low = rtl::AnsiLowerCase(word);
-  const int p = rtl::Pos(low, rtl::AnsiLowerCase(text));
-  if (p == 0) return 0;
-  const int n = rtl::Length(word), len = rtl::Length(text);
-  const bool left = p == 1 || !InWordSet(text[p - 2], set);
-  const bool right = p + n - 1 == len || !InWordSet(text[p + n - 1], set);
-  if (left && right) return p;
-  const u16string rest = rtl::Copy(text, p + 1);
-  if (rtl::Pos(low, rest) == 0) return 0;
-  const int r = RecursiveWordPos(word, rest, set == 2 ? 2 : 0);
-  return r > 0 ? r + p : 0;
-}
 
 int WindowInstrLeft(int limit, u16string_view text, u16string_view needle) {
   for (int k = limit; k >= 1; --k)
@@ -79,9 +57,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const int wp = WordPos(word, text, false), wpd = WordPos(word, text, true);
   const int wp2 = WordPos2(word, text);
   if (text.size() <= 200) {
-    Check(wp == RecursiveWordPos(word, text, 0));
-    Check(wpd == RecursiveWordPos(word, text, 1));
-    Check(wp2 == RecursiveWordPos(word, text, 2));
+    Check(wp == slow::WordPos(word, text, slow::kWideLetters, slow::kWideLetters));
+    Check(wpd == slow::WordPos(word, text, slow::kWideLettersDigits, slow::kWideLetters));
+    Check(wp2 == slow::WordPos(word, text, slow::kWideLettersHyphen, slow::kWideLettersHyphen));
     Check(InstrLeft(num, text, word) == WindowInstrLeft(num, text, word));
     Check(RPos(word, text) == WindowInstrLeft(rtl::Length(text), text, word));
     Check(OccurNr(word, text, num) == CopyOccurNr(word, text, num));
