@@ -3,8 +3,6 @@
 
 #include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "rtl/ustring.h"
 #include "tools/process.h"
@@ -42,17 +40,15 @@ TEST(ProcessShellErrors, EveryCodeUpTo32HasItsTextOrNone) {
 TEST(ProcessShellLine, SplitsFileFromParameters) {
   const std::u16string a300(300, u'a');
   const std::u16string a255(255, u'a');
+  // A quoted program alone still gets parameters: two double quotes.
   struct Case { std::u16string line, file, params; } cases[] = {
-      {u"", u"", u""},
-      // A quoted program alone still gets parameters: two double quotes.
-      {u"\"C:\\Prog\\p.exe\"", u"\"C:\\Prog\\p.exe\"", u"\"\""},
+      {u"", u"", u""}, {u"\"", u"", u""}, {u"\"C:\\Prog\\p.exe\"", u"\"C:\\Prog\\p.exe\"", u"\"\""},
       {u"\"C:\\Prog\\p.exe\"   -x y  ", u"\"C:\\Prog\\p.exe\"", u"\"-x y\""},
       {u"\"C:\\p.exe\" \"a b\" c", u"\"C:\\p.exe\"", u"\"a b\" c"},
       {u"C:\\Prog\\p.exe  \"a b\"", u"C:\\Prog\\p.exe", u"\"a b\""},
       {u"C:\\Daten\\brief.txt", u"C:\\Daten\\brief.txt", u""},
       // Never closed: the whole line, without quotes, is the file.
       {u"\"C:\\Prog\\p.exe -x", u"C:\\Prog\\p.exe -x", u""},
-      {u"\"", u"", u""},
       {u"\"p.exe\" " + a300, u"\"p.exe\"", u"\"" + a255 + u"\""},
       {u"p.exe \"" + a300, u"p.exe", u"\"" + a300.substr(0, 254)},
   };
@@ -76,27 +72,25 @@ TEST(ProcessCommandLines, QuoteAsTheStartersExpect) {
 TEST(ProcessAdmin, OnlyBareDocumentsGoThroughTheirProgram) {
   // ".exe" counts anywhere in the name, as the callers have always relied on.
   const std::tuple<const char16_t*, const char16_t*, bool> cases[] = {
-      {u"C:\\brief.txt", u"", true},    {u"C:\\brief.txt", u"/p", false},
-      {u"C:\\SETUP.EXE", u"", false},   {u"C:\\command.com", u"", false},
+      {u"C:\\brief.txt", u"", true}, {u"C:\\brief.txt", u"/p", false},
+      {u"C:\\SETUP.EXE", u"", false}, {u"C:\\command.com", u"", false},
       {u"C:\\x.exe.txt", u"", false}};
   for (const auto& [file, params, through] : cases)
     EXPECT_EQ(RunsThroughAssociation(file, params), through) << rtl::Utf16ToUtf8(file);
 }
 
 TEST(ProcessFileType, EntriesWithAndWithoutIcon) {
-  using Entries = std::vector<std::pair<std::u16string, std::u16string>>;
-  const auto pairs = [](const auto& entries) {
-    Entries r;
-    for (const auto& e : entries) r.emplace_back(e.Key, e.Value);
+  // Each entry as "key = value".
+  const auto text = [](const auto& entries) {
+    std::u16string r;
+    for (const auto& e : entries) r += e.Key + u" = " + e.Value + u"\n";
     return r;
   };
-  EXPECT_EQ(pairs(FileTypeEntries(u"C:\\P\\p.exe", u"nox", u"C:\\P\\p.exe,0")),
-            (Entries{{u".nox", u"nox_file"},
-                     {u"nox_file\\DefaultIcon", u"C:\\P\\p.exe,0"},
-                     {u"nox_file\\shell\\open\\command", u"\"C:\\P\\p.exe\" \"%1\""}}));
-  EXPECT_EQ(pairs(FileTypeEntries(u"p.exe", u"nox", u"")),
-            (Entries{{u".nox", u"nox_file"},
-                     {u"nox_file\\shell\\open\\command", u"\"p.exe\" \"%1\""}}));
+  EXPECT_EQ(text(FileTypeEntries(u"C:\\P\\p.exe", u"nox", u"C:\\P\\p.exe,0")),
+            u".nox = nox_file\nnox_file\\DefaultIcon = C:\\P\\p.exe,0\n"
+            u"nox_file\\shell\\open\\command = \"C:\\P\\p.exe\" \"%1\"\n");
+  EXPECT_EQ(text(FileTypeEntries(u"p.exe", u"nox", u"")),
+            u".nox = nox_file\nnox_file\\shell\\open\\command = \"p.exe\" \"%1\"\n");
 }
 
 }  // namespace
