@@ -19,18 +19,12 @@ TTextWidth Fixed(int pixels) {
 }
 
 TEST(UiHelpersText, AWordWithoutSpacesIsBrokenWhereItOverrunsTheWidth) {
-  struct Case {
-    std::u16string text;
-    int width;
-    std::u16string wrapped;
-  } const cases[] = {
-      {u"", 10, u""},
-      {u"a b", 1, u"a b"},  // the label's own word wrap breaks at the space
-      {u"abcdef", 10, u"abc\r\ndef"},
+  struct Case { std::u16string text; int width; std::u16string wrapped; } const cases[] = {
+      {u"", 10, u""}, {u"abcdef", 10, u"abc\r\ndef"}, {u"abcd", 10, u"abc\r\n"},
+      {u"a b", 1, u"a b"},                 // the label's own word wrap breaks at the space
       {u"abcdefg", 9, u"abc\r\ndef\r\n"},  // the overflowing last character is dropped
-      {u"abcd", 10, u"abc\r\n"},
-      {u"abc", 9, u"abc"},           // exactly the width fits
-      {u"ab", 2, u"\r\na\r\n"},      // a character wider than the label: an empty line first
+      {u"abc", 9, u"abc"},                 // exactly the width fits
+      {u"ab", 2, u"\r\na\r\n"},            // a character wider than the label: an empty line first
   };
   for (const Case& c : cases)
     EXPECT_EQ(WrapTextForLabel(c.width, Fixed(3), c.text), c.wrapped)
@@ -38,20 +32,14 @@ TEST(UiHelpersText, AWordWithoutSpacesIsBrokenWhereItOverrunsTheWidth) {
 }
 
 TEST(UiHelpersText, TextTooWideIsCutUntilItFitsWithDotsAndTwoPixelsToSpare) {
-  struct Case {
-    std::u16string text;
-    int width;
-    std::u16string fitted;
-  } const cases[] = {
+  struct Case { std::u16string text; int width; std::u16string fitted; } const cases[] = {
       {u"abcdefghijkl", 60, u"abcdefghijkl"},  // 60 pixels fit: no dots
       {u"abcdefghijkl", 52, u"abcdefg..."},    // 50 <= 52 - 2
       {u"abcdefghijkl", 51, u"abcdef..."},     // 50 would fit but for the spare pixels
-      {u"abcdefghijkl", 30, u"ab..."},
-      {u"abcdefghijkl", 16, u"..."},           // nothing fits
-      {u"", 0, u""},                           {u"abcdefghijkl", INT_MAX, u"abcdefghijkl"},
+      {u"abcdefghijkl", 30, u"ab..."},         {u"abcdefghijkl", 16, u"..."},  // nothing fits
+      {u"", 0, u""}, {u"abcdefghijkl", INT_MAX, u"abcdefghijkl"},
       // Not even "..." fits: the dots are what is left.
-      {u"", -1, u"..."},     {u"a", -1, u"..."},
-      {u"", INT_MIN, u"..."}, {u"abc", INT_MIN + 1, u"..."},
+      {u"", -1, u"..."}, {u"a", -1, u"..."}, {u"", INT_MIN, u"..."}, {u"abc", INT_MIN + 1, u"..."},
   };
   for (const Case& c : cases)
     EXPECT_EQ(FitStrLen(c.width, Fixed(5), c.text), c.fitted)
@@ -65,12 +53,7 @@ TEST(UiHelpersText, ControlsUnderTheMouseAreListedInnermostFirstWithParentsInden
 }
 
 TEST(UiHelpersColor, ChannelsMoveInProportionToThemselvesAndStayInRange) {
-  struct Case {
-    TColor color;
-    bool lighter;
-    double amount;
-    TColor changed;
-  } const cases[] = {
+  struct Case { TColor color; bool lighter; double amount; TColor changed; } const cases[] = {
       {0x000000, true, 50, 0x000000},    // black stays black
       {0x0000FF, true, 255, 0x0000FF},   // red doubled and clamped
       {0x808080, false, 255, 0x000000},  // darkened to nothing
@@ -95,16 +78,11 @@ TEST(UiHelpersColor, HtmlTextIsRedGreenBlueInUpperCaseHex) {
 TEST(UiHelpersColor, SelectionColourFollowsTheSystemDescription) {
   const std::u16string saved = curOS;
   const TColor given = ui::SystemColor(13);
-  struct Case {
-    std::u16string os;
-    TColor color;
-  } const cases[] = {
-      {u"linux ubuntu 22.04 lts", 0x4677F0},
-      {u"linux mint 21", 0x72B392},
+  struct Case { std::u16string os; TColor color; } const cases[] = {
+      {u"linux ubuntu 22.04 lts", 0x4677F0}, {u"linux mint 21", 0x72B392},
       {u"ubuntu mint", 0x72B392},  // the second test wins
       {u"Ubuntu 22.04", given},    // case counts
-      {u"windows 10 (version 10.0)", given},
-      {u"", given},
+      {u"windows 10 (version 10.0)", given}, {u"", given},
   };
   for (const Case& c : cases) {
     curOS = c.os;
@@ -114,34 +92,30 @@ TEST(UiHelpersColor, SelectionColourFollowsTheSystemDescription) {
 }
 
 TEST(UiHelpersGeometry, PicturesFitTheirContainerWithTheAspectRatioKept) {
-  struct Case {
-    double cw, ch, w, h, fitW, fitH;
-  } const cases[] = {
+  // In doubles and in integers, halves to the even side. The integer routine alone: a zero
+  // container makes nothing; a zero picture or a huge quotient keeps its side.
+  struct Case { int cw, ch, w, h, fitW, fitH; bool intOnly = false; } const cases[] = {
       {200, 100, 50, 50, 100, 100},   // scaled up to the height
       {200, 100, 400, 100, 200, 50},  // scaled down to the width
-      {100, 100, 0, 50, 0, 50},       // a zero side leaves both alone
       {100, 100, 3, 2, 100, 67},      // 66.67
       {16, 16, 32, 5, 16, 2},         // 2.5 to the even 2
       {16, 16, 32, 7, 16, 4},         // 3.5 to the even 4
+      {0, 100, 40, 30, 0, 0, true}, {100, 100, 0, 0, 0, 0, true},
+      {-1, 2, INT_MAX, 1, INT_MAX, 2, true},
   };
   for (const Case& c : cases) {
-    double w = c.w, h = c.h;
-    FitPictureToContainer(c.cw, c.ch, w, h);
-    EXPECT_EQ(std::pair(w, h), std::pair(c.fitW, c.fitH)) << c.w << "x" << c.h;
-  }
-  // Integers: a zero container makes nothing; a zero picture or a huge quotient keeps its side.
-  struct IntCase {
-    int cw, ch, w, h, fitW, fitH;
-  } const ints[] = {
-      {200, 100, 50, 50, 100, 100}, {200, 100, 400, 100, 200, 50}, {100, 100, 3, 2, 100, 67},
-      {16, 16, 32, 5, 16, 2},       {16, 16, 32, 7, 16, 4},        {0, 100, 40, 30, 0, 0},
-      {100, 100, 0, 0, 0, 0},       {-1, 2, INT_MAX, 1, INT_MAX, 2},
-  };
-  for (const IntCase& c : ints) {
+    SCOPED_TRACE(testing::Message() << c.w << "x" << c.h << " into " << c.cw << "x" << c.ch);
     int w = c.w, h = c.h;
     FitPictureToContainerInt(c.cw, c.ch, w, h);
-    EXPECT_EQ(std::pair(w, h), std::pair(c.fitW, c.fitH)) << c.w << "x" << c.h;
+    EXPECT_EQ(std::pair(w, h), std::pair(c.fitW, c.fitH));
+    if (c.intOnly) continue;
+    double dw = c.w, dh = c.h;
+    FitPictureToContainer(c.cw, c.ch, dw, dh);
+    EXPECT_EQ(std::pair(dw, dh), (std::pair<double, double>(c.fitW, c.fitH)));
   }
+  double w = 0, h = 50;  // a zero side leaves both alone
+  FitPictureToContainer(100, 100, w, h);
+  EXPECT_EQ(std::pair(w, h), std::pair(0.0, 50.0));
 }
 
 TEST(UiHelpersGeometry, HeaderSectionsStartWhereTheOnesBeforeThemEnd) {
@@ -153,24 +127,19 @@ TEST(UiHelpersGeometry, HeaderSectionsStartWhereTheOnesBeforeThemEnd) {
 
 TEST(UiHelpersGeometry, ListLinesAreFoundOnlyInsideTheClientArea) {
   // A 100 x 96 client area of 16-pixel lines: six show, the sixth down to its last pixel.
-  struct Case {
-    TPoint p;
-    int top, height, count;
-    int line;
-  } const cases[] = {
-      {{50, 0}, 0, 16, 50, 0},     {{50, 15}, 0, 16, 50, 0},    {{50, 16}, 0, 16, 50, 1},
-      {{0, 95}, 0, 16, 50, 5},     {{50, 47}, 47, 16, 50, 49},
+  struct Case { TPoint p; int top, height, count; int line; } const cases[] = {
+      {{50, 0}, 0, 16, 50, 0}, {{50, 15}, 0, 16, 50, 0}, {{50, 16}, 0, 16, 50, 1},
+      {{0, 95}, 0, 16, 50, 5}, {{50, 47}, 47, 16, 50, 49},
       {{99, 40}, 20, 16, 50, 22},  // scrolled: counted from the top line
       {{50, 48}, 47, 16, 50, -1},  // below the last line
       {{50, 0}, 0, 16, 0, -1},     // no lines at all
       // Outside the client area, where lines scrolled out of view would lie.
-      {{50, 96}, 0, 16, 50, -1},   {{50, 200}, 0, 16, 50, -1},  {{50, -1}, 20, 16, 50, -1},
-      {{100, 10}, 0, 16, 50, -1},  {{-1, 10}, 0, 16, 50, -1},
-      {{INT_MIN, INT_MIN}, 0, 16, 50, -1},  {{INT_MAX, INT_MAX}, 0, 16, 50, -1},
+      {{50, 96}, 0, 16, 50, -1}, {{50, 200}, 0, 16, 50, -1}, {{50, -1}, 20, 16, 50, -1},
+      {{100, 10}, 0, 16, 50, -1}, {{-1, 10}, 0, 16, 50, -1},
+      {{INT_MIN, INT_MIN}, 0, 16, 50, -1}, {{INT_MAX, INT_MAX}, 0, 16, 50, -1},
       // What the window says when it refuses, and counts at the end of the integers.
-      {{50, 10}, -1, 16, 50, -1},  {{50, 10}, 0, 0, 50, -1},    {{50, 10}, 0, -16, 50, -1},
-      {{50, 95}, INT_MAX - 1, 16, INT_MAX, -1},
-      {{50, 95}, INT_MAX - 6, 16, INT_MAX, INT_MAX - 1},
+      {{50, 10}, -1, 16, 50, -1}, {{50, 10}, 0, 0, 50, -1}, {{50, 10}, 0, -16, 50, -1},
+      {{50, 95}, INT_MAX - 1, 16, INT_MAX, -1}, {{50, 95}, INT_MAX - 6, 16, INT_MAX, INT_MAX - 1},
   };
   for (const Case& c : cases)
     EXPECT_EQ(ListItemAtPoint(c.p, 100, 96, c.top, c.height, c.count), c.line)
