@@ -1,4 +1,5 @@
 // Encodings, streams, the file-format detectors and lists saved and loaded in each encoding.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -7,6 +8,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "rtl/encoding.h"
@@ -109,12 +111,12 @@ TEST(EncodingDetectors, AgreeOnMarksAndTheirEdges) {
     int markLen = -1;
     bool crlf = !c.crlf;
     EXPECT_EQ(Qm_tools::CheckFileFormat(file.name, markLen, crlf), c.checked);
-    EXPECT_EQ(markLen, c.markLen);
-    EXPECT_EQ(crlf, c.crlf);
+    EXPECT_EQ(std::pair(markLen, crlf), std::pair(c.markLen, c.crlf));
   }
 }
 
 TEST(EncodingDetectors, MissingAndUnreadableFiles) {
+  // A missing file is ANSI and leaves the line-end flag alone; a list is made only for a file.
   const std::u16string missing = TempName(u"nox-encoding-missing");
   EXPECT_EQ(Qm_tools::GetFileFormat(missing), u"Ansi");
   EXPECT_EQ(Qm_tools::GetFileFormatEncoding(missing), TEncoding::ANSI());
@@ -122,8 +124,7 @@ TEST(EncodingDetectors, MissingAndUnreadableFiles) {
     int markLen = 7;
     bool crlf = before;
     EXPECT_EQ(Qm_tools::CheckFileFormat(missing, markLen, crlf), TEncoding::ANSI());
-    EXPECT_EQ(markLen, 0);
-    EXPECT_EQ(crlf, before);
+    EXPECT_EQ(std::pair(markLen, crlf), std::pair(0, before));
   }
   rtl::TStringList* list = nullptr;
   EXPECT_FALSE(Qm_tools::CanLoadStringList(list, missing));
@@ -132,8 +133,7 @@ TEST(EncodingDetectors, MissingAndUnreadableFiles) {
   ASSERT_TRUE(Qm_tools::CanLoadStringList(list, file.name));
   ASSERT_NE(list, nullptr);
   EXPECT_EQ(LinesOf(*list), (Lines{u"one", u"two"}));
-  delete list;
-  list = nullptr;
+  delete std::exchange(list, nullptr);
 
   // An unreadable file raises to the caller of the detectors.
   const TempFile locked(B("some text\r\n"), u"nox-encoding-locked");
@@ -161,9 +161,8 @@ TEST(EncodingDetectors, MissingAndUnreadableFiles) {
 TEST(EncodingUtf8Structure, ShortCases) {
   const std::pair<std::string_view, bool> cases[] = {
       {"", true}, {"\xC3\xA4", true}, {"\xC3" "A", false}, {"\xE2\x82", false},
-      {"\xED\xA0\x80", true},  // a surrogate: shape only
-      {"\xC0\x80", true},      // overlong: shape only
-      {"\xF0\x9D\x84\x9E", true}, {"\xF8\x80\x80\x80\x80", false}, {"\x80", false},
+      {"\xED\xA0\x80", true}, {"\xC0\x80", true}, {"\xF0\x9D\x84\x9E", true},
+      {"\xF8\x80\x80\x80\x80", false}, {"\x80", false},
       {"0123456789abcdef0123456789abcdef0123456\xC3", false},
       {"0123456789abcdef0123456789abcdef\xE2\x82\xAC" "0123456", true},
   };
@@ -206,7 +205,6 @@ TEST(EncodingUtf8Structure, EveryVersionEqualsTheRuleAcrossBlockEdges) {
   std::mt19937 random(12345);
   const std::string_view characters[] = {"\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
                                          "\x80", "\xC3", "\xFF"};
-  int passed = 0;
   for (int round = 0; round < 3000; ++round) {
     Bytes buffer;
     const size_t size = random() % 700;
@@ -223,10 +221,7 @@ TEST(EncodingUtf8Structure, EveryVersionEqualsTheRuleAcrossBlockEdges) {
     for (const auto& [name, test] : versions)
       ASSERT_EQ(test(buffer.data() + from, buffer.size() - from), expected)
           << name << ", round " << round;
-    passed += expected;
   }
-  EXPECT_GT(passed, 500);
-  EXPECT_LT(passed, 2500);
 }
 
 TEST(EncodingAnsi, Windows1252Table) {
@@ -358,24 +353,16 @@ TEST(EncodingUtf8Text, WellFormedMultiByteUtf8AndWhatAnsiHolds) {
                         "\xFC\xBC"sv, "\xE2\x82"sv, "\x80\x80\x80"sv, "\xC3\xBC\xFF"sv, "\xC3\xC3\xBC"sv})
     EXPECT_FALSE(utf8(no)) << no;
 
-  if (AnsiIs1252()) EXPECT_TRUE(rtl::FitsAnsi(u"Grüße € …"));
-  for (const std::u16string no : std::vector<std::u16string>{
-           u"\u03A9", u"\u0141", u"a\u4E2D", u"\U0001F600", std::u16string(1, 0xD800)})
+  EXPECT_TRUE(!AnsiIs1252() || rtl::FitsAnsi(u"Grüße € …"));
+  for (const auto no : {u"\u03A9"sv, u"\u0141"sv, u"a\u4E2D"sv, u"\U0001F600"sv, u"\xD800"sv})
     EXPECT_FALSE(rtl::FitsAnsi(no));
 
-  // Streams: a short read or write is an error in the framework's words, a one-byte write
-  // is written; a character cut off by the end of the stream is read as malformed input.
-  rtl::TMemoryStream stream;
-  stream.WriteBuffer("x", 1);
-  EXPECT_EQ(stream.Size(), 1);
-  stream.SetPosition(0);
+  // Streams: a short read is an error in the framework's words; a character cut off by the
+  // end of the stream is read as malformed input.
+  rtl::TMemoryStream stream(Bytes{'x'});
   char two[2];
-  try {
-    stream.ReadBuffer(two, 2);
-    ADD_FAILURE() << "read past the end";
-  } catch (const rtl::EReadError& e) {
-    EXPECT_EQ(e.Message(), u"Stream read error");
-  }
+  EXPECT_THAT([&] { stream.ReadBuffer(two, 2); },
+              testing::ThrowsMessage<rtl::EReadError>(testing::StrEq("Stream read error")));
   const std::string_view cut = "ab\r\ncd\xE2\x82";
   rtl::TMemoryStream cutStream(Bytes(cut.begin(), cut.end()));
   rtl::TStreamReader reader(cutStream, TEncoding::UTF8(), false, 16);
