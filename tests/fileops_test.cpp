@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "rtl/dateutils.h"
@@ -27,11 +28,11 @@ std::vector<int> Decoded(TDateTime dt) {
 
 TEST(FileOpsDates, CalendarDaysCountFromTheLastDaysOf1899BothWays) {
   const struct { std::vector<int> fields; TDateTime value; } cases[] = {
-      {{1899, 12, 30, 0, 0, 0, 0}, 0.0},       {{1900, 1, 1, 0, 0, 0, 0}, 2.0},
+      {{1899, 12, 30, 0, 0, 0, 0}, 0.0}, {{1900, 1, 1, 0, 0, 0, 0}, 2.0},
       {{1900, 3, 1, 0, 0, 0, 0}, 61.0},  // 1900 is no leap year
-      {{2000, 2, 29, 12, 0, 0, 0}, 36585.5},   {{1899, 12, 29, 6, 0, 0, 0}, -1.25},
+      {{2000, 2, 29, 12, 0, 0, 0}, 36585.5}, {{1899, 12, 29, 6, 0, 0, 0}, -1.25},
       {{9999, 12, 31, 23, 58, 33, 600}, 2958465.999},
-      {{2024, 3, 1, 0, 0, 0, 0}, 45352.0},     {{2100, 3, 1, 0, 0, 0, 0}, 73110.0},
+      {{2024, 3, 1, 0, 0, 0, 0}, 45352.0}, {{2100, 3, 1, 0, 0, 0, 0}, 73110.0},
       {{1, 1, 1, 0, 0, 0, 0}, -693593.0},
   };
   for (const auto& c : cases) {
@@ -45,14 +46,10 @@ TEST(FileOpsDates, CalendarDaysCountFromTheLastDaysOf1899BothWays) {
             (std::vector<int>{2024, 1, 1, 0, 0, 0, 0}));
   // Before year 1 the days go on in the same calendar, where year 0 is a leap year.
   EXPECT_EQ(Decoded(-693900.0), (std::vector<int>{0, 2, 29, 0, 0, 0, 0}));
-  EXPECT_THROW(rtl::EncodeDate(2023, 2, 29), rtl::EConvertError);
-  EXPECT_THROW(rtl::EncodeDate(2023, 11, 31), rtl::EConvertError);
-  EXPECT_THROW(rtl::EncodeDate(2023, 13, 1), rtl::EConvertError);
-  EXPECT_THROW(rtl::EncodeDate(0, 1, 1), rtl::EConvertError);
-  EXPECT_THROW(rtl::EncodeTime(24, 0, 0, 0), rtl::EConvertError);
-  EXPECT_THROW(rtl::EncodeTime(0, 0, 60, 0), rtl::EConvertError);
-  EXPECT_THROW(rtl::EncodeTime(0, 60, 0, 0), rtl::EConvertError);
-  EXPECT_THROW(rtl::EncodeTime(0, -1, 0, 0), rtl::EConvertError);
+  for (const auto& [y, m, d] : {std::tuple{2023, 2, 29}, {2023, 11, 31}, {2023, 13, 1}, {0, 1, 1}})
+    EXPECT_THROW(rtl::EncodeDate(y, m, d), rtl::EConvertError) << y << "-" << m << "-" << d;
+  for (const auto& [h, m, s] : {std::tuple{24, 0, 0}, {0, 0, 60}, {0, 60, 0}, {0, -1, 0}})
+    EXPECT_THROW(rtl::EncodeTime(h, m, s, 0), rtl::EConvertError) << h << ":" << m << ":" << s;
 
   // Now is the local time to the minute (read again when a minute turns meanwhile).
   for (;;) {
@@ -92,12 +89,12 @@ TEST(FileOpsSizeStr, EachUnitStartsJustAboveThePreviousOneUnderBothSeparators) {
   const std::int64_t KB = 1024, MB = KB * 1024, GB = MB * 1024;
   // ',' stands for the separator in use.
   const struct { std::int64_t size; const char16_t* text; } rows[] = {
-      {1023, u"1,00 kb"},      {512, u"0,50 kb"},       {1024, u"1 kb"},
-      {1536, u"2 kb"},         {2560, u"2 kb"},         {2561, u"3 kb"},
-      {MB - 1, u"1024 kb"},    {MB, u"1024 kb"},        {MB + 1, u"1,00 MB"},
-      {MB + MB / 2, u"1,50 MB"}, {GB, u"1024,00 MB"},   {GB + 1, u"1,00 GB"},
+      {1023, u"1,00 kb"}, {512, u"0,50 kb"}, {1024, u"1 kb"},
+      {1536, u"2 kb"}, {2560, u"2 kb"}, {2561, u"3 kb"},
+      {MB - 1, u"1024 kb"}, {MB, u"1024 kb"}, {MB + 1, u"1,00 MB"},
+      {MB + MB / 2, u"1,50 MB"}, {GB, u"1024,00 MB"}, {GB + 1, u"1,00 GB"},
       {1000 * GB, u"1000,00 GB"}, {1000 * GB + GB / 100, u"0,98 TB"}, {1024 * GB * 10, u"10,00 TB"},
-      {-1, u"-0,00 kb"},       {-2048, u"-2,00 kb"},    {0, u"0,00 kb"},
+      {-1, u"-0,00 kb"}, {-2048, u"-2,00 kb"}, {0, u"0,00 kb"},
       {6, u"0,01 kb"},  // 6/1024 rounds up by itself
   };
   const rtl::TFormatSettings saved = rtl::FormatSettings;

@@ -20,13 +20,9 @@ using Corner = std::pair<int, int>;
 
 // One 1280x1024 monitor with task bars on the left (60) and at the top (40).
 TRestoreScreen TaskBarsLeftAndTop() {
-  TRestoreScreen s;
-  s.MonitorWidth = s.DesktopWidth = s.PrimaryWidth = 1280;
-  s.MonitorHeight = 1024;
-  s.MonitorWorkArea = s.PrimaryWorkArea = {60, 40, 1280, 1024};
-  s.DesktopLeft = 0;
-  s.VirtualScreen = {0, 0, 1280, 1024};
-  return s;
+  return {.MonitorWidth = 1280, .MonitorHeight = 1024, .MonitorWorkArea = {60, 40, 1280, 1024},
+          .PrimaryWorkArea = {60, 40, 1280, 1024}, .DesktopWidth = 1280,
+          .VirtualScreen = {0, 0, 1280, 1024}, .PrimaryWidth = 1280};
 }
 
 Bounds Of(const TRestoredBounds& b) { return {b.Left, b.Top, b.Width, b.Height}; }
@@ -38,11 +34,8 @@ constexpr int kFormWidth = 400, kFormHeight = 300;
 
 TEST(IniSettingsHostile, RecordsAtTheEndsOfTheIntegersRestoreInsideTheWorkArea) {
   const TRestoreScreen s = TaskBarsLeftAndTop();
-  struct Case {
-    const char16_t* record;
-    Bounds full, notMin;
-    Corner corner, iniCorner;
-  } const cases[] = {
+  struct Case { const char16_t* record; Bounds full, notMin; Corner corner, iniCorner; };
+  const Case cases[] = {
       // Blanks and a plus sign are read; a sixth field or no last caret change nothing.
       {u" +100 ^ 100^500 ^400^ 1 ^junk^", {100, 100, 400, 300}, {100, 100, 400, 300},
        {100, 100}, {160, 140}},
@@ -103,11 +96,7 @@ TEST(IniSettingsHostile, SizesAndScreensAtTheEndsOfTheIntegers) {
   EXPECT_EQ(Of(RestoreWindowBounds(ordinary, s, INT_MAX, INT_MAX, false)),
             Bounds(60, 40, 1220, 984));
   // A form of no or negative size keeps its corner as far as its far edge stays an integer.
-  struct {
-    int width, height;
-    TWindowPosRecord rec;
-    Corner corner, iniCorner;
-  } const forms[] = {
+  struct { int width, height; TWindowPosRecord rec; Corner corner, iniCorner; } const forms[] = {
       {0, 0, {INT_MAX, INT_MAX, 0, 0, 1}, {60, INT_MAX}, {60, INT_MAX}},
       {-100, -100, {INT_MAX, INT_MAX, 0, 0, 1}, {60, INT_MAX}, {60, INT_MAX}},
       {-100, -100, {INT_MIN, INT_MIN, 0, 0, 1}, {60, 41}, {INT_MIN + 100, 41}},

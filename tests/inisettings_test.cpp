@@ -21,14 +21,11 @@ TEST(IniSettingsRecord, TextsAndTheirReading) {
 }
 
 TEST(IniSettingsRecord, SectionNamedAfterThePrimaryMonitorOrTheFormsOwn) {
-  const std::pair<TWindowPosUser, bool> users[] = {
-      {TWindowPosUser::wpSave, true},            // SaveWindowPos
-      {TWindowPosUser::wpRestore, true},         // RestoreWindowPos, RestoreWindowNotMinPos
-      {TWindowPosUser::wpSaveMemIni, false},     // SaveWindowPosMIni, IniSaveWindowPos
-      {TWindowPosUser::wpRestoreCorner, false},  // RestoreWindowLeftTopPos and its Ini variants
-  };
-  for (const auto& [user, primary] : users)
-    EXPECT_EQ(SectionOfPrimaryMonitor(user), primary) << static_cast<int>(user);
+  // SaveWindowPos, RestoreWindowPos and RestoreWindowNotMinPos take the primary monitor's;
+  // SaveWindowPosMIni, IniSaveWindowPos, RestoreWindowLeftTopPos and its Ini variants the form's.
+  using enum TWindowPosUser;
+  EXPECT_TRUE(SectionOfPrimaryMonitor(wpSave) && SectionOfPrimaryMonitor(wpRestore));
+  EXPECT_FALSE(SectionOfPrimaryMonitor(wpSaveMemIni) || SectionOfPrimaryMonitor(wpRestoreCorner));
 }
 
 TEST(IniSettingsRecord, SavedRectangleMovesByTheFormsOffsetWhenCorrected) {
@@ -41,23 +38,13 @@ TEST(IniSettingsRecord, SavedRectangleMovesByTheFormsOffsetWhenCorrected) {
 
 // One 1280x1024 monitor with a 30-pixel task bar at the bottom.
 TRestoreScreen Single() {
-  TRestoreScreen s;
-  s.MonitorWidth = s.DesktopWidth = s.PrimaryWidth = 1280;
-  s.MonitorHeight = 1024;
-  s.MonitorWorkArea = s.PrimaryWorkArea = {0, 0, 1280, 994};
-  s.DesktopLeft = 0;
-  s.VirtualScreen = {0, 0, 1280, 1024};
-  return s;
+  return {.MonitorWidth = 1280, .MonitorHeight = 1024, .MonitorWorkArea = {0, 0, 1280, 994},
+          .PrimaryWorkArea = {0, 0, 1280, 994}, .DesktopWidth = 1280,
+          .VirtualScreen = {0, 0, 1280, 1024}, .PrimaryWidth = 1280};
 }
 
-using B = std::tuple<int, int, int, int>;
-
-// Left, top, width and height of the restored form.
-B Restore(TWindowPosRecord r, const TRestoreScreen& s, int minW = 0, int minH = 0,
-          bool notMin = false) {
-  const TRestoredBounds b = RestoreWindowBounds(r, s, minW, minH, notMin);
-  return {b.Left, b.Top, b.Width, b.Height};
-}
+using B = std::tuple<int, int, int, int>;  // left, top, width, height
+B Of(const TRestoredBounds& b) { return {b.Left, b.Top, b.Width, b.Height}; }
 
 TEST(IniSettingsRestore, FullRestoreKeepsTheFormOnTheWorkArea) {
   const TRestoreScreen one = Single();
@@ -67,13 +54,8 @@ TEST(IniSettingsRestore, FullRestoreKeepsTheFormOnTheWorkArea) {
   none.MonitorFound = strip.MonitorFound = false;
   none.VirtualScreen = {0, 0, 640, 480};
   strip.VirtualScreen = {0, 0, 640, 30};
-  struct Case {
-    const TRestoreScreen* s;
-    TWindowPosRecord rec;
-    int minW, minH;
-    bool notMin;
-    B bounds;
-  } const cases[] = {
+  struct Case { const TRestoreScreen* s; TWindowPosRecord rec; int minW, minH; bool notMin;
+                B bounds; } const cases[] = {
       {&one, {10, 20, 810, 620, 1}, 0, 0, false, {10, 20, 800, 600}},     // fits
       {&one, {300, 20, 1800, 620, 1}, 0, 0, false, {0, 20, 1280, 600}},   // wider: from the left
       {&one, {10, 200, 810, 1033, 1}, 0, 0, false, {10, 0, 800, 994}},    // over 8 too tall
@@ -90,7 +72,7 @@ TEST(IniSettingsRestore, FullRestoreKeepsTheFormOnTheWorkArea) {
       {&strip, {10, 100, 810, 700, 1}, 0, 0, false, {0, 0, 640, 30}},  // under 40 high: from its top
   };
   for (const Case& c : cases)
-    EXPECT_EQ(Restore(c.rec, *c.s, c.minW, c.minH, c.notMin), c.bounds)
+    EXPECT_EQ(Of(RestoreWindowBounds(c.rec, *c.s, c.minW, c.minH, c.notMin)), c.bounds)
         << rtl::Utf16ToUtf8(WindowPosValue(c.rec));
 }
 
@@ -122,7 +104,7 @@ TEST(IniSettingsRestore, ShowCommandTwoDependsOnTheRoutine) {
   using enum TRestoreState;
   const std::tuple<int, bool, TRestoreState> cases[] = {
       {2, false, rsNormal}, {2, true, rsMinimized}, {3, false, rsMaximized},
-      {1, true, rsNormal},  {7, false, rsKeep}};
+      {1, true, rsNormal}, {7, false, rsKeep}};
   for (const auto& [cmd, notMin, state] : cases)
     EXPECT_EQ(RestoredWindowState(cmd, notMin), state) << cmd << " " << notMin;
 }
@@ -135,21 +117,15 @@ TEST(IniSettingsFiles, ListBoundsProbesAndMessage) {
   EXPECT_EQ(DriveProbeFile(u"\\\\srv\\share"), u"\\\\jjhhuu.ini") << "the first two, whatever";
   EXPECT_EQ(AppIniFolder(u"C:\\P\\app.INI"), u"C:\\P\\");
   // Where the profile API keeps the file a probe writes, and so where it is deleted.
-  struct {
-    const char16_t* name;
-    const char16_t* file;
-  } const probes[] = {
-      {u"IniTest", u"C:\\windows\\IniTest"},      // no folder: the Windows folder
-      {u"jjhhuu.ini", u"C:\\windows\\jjhhuu.ini"},
-      {u"C:\\jjhhuu.ini", u"C:\\jjhhuu.ini"},
-      {u"sub\\IniTest", u"sub\\IniTest"},          // a folder: counted from the current one
-      {u"sub/IniTest", u"sub/IniTest"},
-      {u"C:IniTest", u"C:IniTest"},                // a drive: its current folder
-      {u"\\\\jjhhuu.ini", u"\\\\jjhhuu.ini"},
-  };
-  for (const auto& p : probes) {
-    EXPECT_EQ(ProfileFilePath(p.name, u"C:\\windows"), p.file);
-    EXPECT_EQ(ProfileFilePath(p.name, u"C:\\windows\\"), p.file) << "one backslash between";
+  // No folder: the Windows folder; a folder counts from the current one, a drive from its own.
+  const std::pair<const char16_t*, const char16_t*> probes[] = {
+      {u"IniTest", u"C:\\windows\\IniTest"}, {u"jjhhuu.ini", u"C:\\windows\\jjhhuu.ini"},
+      {u"C:\\jjhhuu.ini", u"C:\\jjhhuu.ini"}, {u"sub\\IniTest", u"sub\\IniTest"},
+      {u"sub/IniTest", u"sub/IniTest"}, {u"C:IniTest", u"C:IniTest"},
+      {u"\\\\jjhhuu.ini", u"\\\\jjhhuu.ini"}};
+  for (const auto& [name, file] : probes) {
+    EXPECT_EQ(ProfileFilePath(name, u"C:\\windows"), file);
+    EXPECT_EQ(ProfileFilePath(name, u"C:\\windows\\"), file) << "one backslash between";
   }
   EXPECT_EQ(AppIniFolder(u""), u"");
   EXPECT_EQ(WritePosFailedText(u"C:\\x.ini"),

@@ -36,15 +36,9 @@ TEST(InterappRule, WindowTitleMatches) {
 
 TEST(InterappRule, WideReadingPairsTheBytes) {
   struct Case { std::string bytes; u16string wide; } cases[] = {
-      {"", u""},
-      {"A", u"A"},
-      {"AB", u"\u4241"},
-      {"ABC", u"\u4241C"},
-      {"TForm", u"\u4654\u726f\u006d"},
-      {"\xE4", u"\u00E4"},
-      {std::string("A\0BC", 4), u"A\u4342"},
-      {std::string("\0A", 2), u"\u4100"},
-      {std::string("\0\0A", 3), u""},
+      {"", u""}, {"A", u"A"}, {"AB", u"\u4241"}, {"ABC", u"\u4241C"},
+      {"TForm", u"\u4654\u726f\u006d"}, {"\xE4", u"\u00E4"}, {std::string("A\0BC", 4), u"A\u4342"},
+      {std::string("\0A", 2), u"\u4100"}, {std::string("\0\0A", 3), u""},
       // Full strings (longer ones are cut) lose the appended zero; the reading still ends.
       {std::string(254, 'a'), u16string(127, u'\u6161')},
       {std::string(255, 'a'), u16string(127, u'\u6161') + u"a"},

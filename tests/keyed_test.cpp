@@ -31,15 +31,12 @@ TEST(KeyedString, WritersReplaceOrAppend) {
   struct Case { Writer write; Str s; char16_t es, ks; Str result; };
   const auto sns = Qm_tools::sns, add = Qm_tools::snsadd, set = Qm_tools::SetToStr;
   const Case cases[] = {
-      {sns, u"a=1,b=2,c=3", u',', u'=', u"a=1,b=9,c=3"},
-      {sns, u"a=1", u',', u'=', u"a=1"},
+      {sns, u"a=1,b=2,c=3", u',', u'=', u"a=1,b=9,c=3"}, {sns, u"a=1", u',', u'=', u"a=1"},
       {sns, u"xb=1,b=2", u',', u'=', u"xb=9,b=2"},  // first match, inside another entry
-      {add, u"", u',', u'=', u"b=9"},
-      {add, u"a=1", u',', u'=', u"a=1,b=9"},
+      {add, u"", u',', u'=', u"b=9"}, {add, u"a=1", u',', u'=', u"a=1,b=9"},
       {set, u"", u',', u'=', u",b=9"},
       // The update runs to code 5 or the end, and looks for '='.
-      {set, u"a=1,b=2,c=3", u',', u'=', u"a=1,b=9"},
-      {set, u"a:1,b:2", u',', u':', u"a:1,b:2"},
+      {set, u"a=1,b=2,c=3", u',', u'=', u"a=1,b=9"}, {set, u"a:1,b:2", u',', u':', u"a:1,b:2"},
       {set, u"a=1\5b=2\5c=3", u'\5', u'=', u"a=1\5b=9\5c=3"},
   };
   for (const auto& c : cases) {

@@ -117,12 +117,12 @@ TEST_F(IniFileMem, KeepsTheEncodingItWasReadInUnlessThatLosesACharacter) {
 }
 
 TEST(IniFileMemNumbers, ReadLikeTheFrameworksConversion) {
-  struct Case { std::u16string text; int want; };
-  for (const auto& c : std::vector<Case>{{u" 42 ", 42}, {u"-0x10", -16}, {u"$FFFFFFFF", -1},
-                                         {u"$ff", 255}, {u"0XA0", 160}, {u"$9aF", 2479},
-                                         {u"$123456789", 7}, {u"$1G", 7}, {u"0x", 7}, {u"4 2", 7},
-                                         {u"", 7}, {u"true", 7}})
-    EXPECT_EQ(rtl::IniStrToInt(c.text, 7), c.want) << rtl::Utf16ToUtf8(c.text);
+  const std::pair<std::u16string, int> cases[] = {
+      {u" 42 ", 42}, {u"-0x10", -16}, {u"$FFFFFFFF", -1}, {u"$ff", 255}, {u"0XA0", 160},
+      {u"$9aF", 2479}, {u"$123456789", 7}, {u"$1G", 7}, {u"0x", 7}, {u"4 2", 7}, {u"", 7},
+      {u"true", 7}};
+  for (const auto& [text, want] : cases)
+    EXPECT_EQ(rtl::IniStrToInt(text, 7), want) << rtl::Utf16ToUtf8(text);
 }
 
 }  // namespace
@@ -133,11 +133,10 @@ TEST(IniFileMemText, KindsAndTheConversionToUtf16) {
   const auto kind = [](const std::string& b) {
     return rtl::IniFileKindOf(reinterpret_cast<const std::uint8_t*>(b.data()), b.size());
   };
-  EXPECT_EQ(kind("\xFF\xFE["), rtl::TIniFileKind::Utf16LE);
-  EXPECT_EQ(kind("\xFE\xFF"), rtl::TIniFileKind::OtherMark);
-  EXPECT_EQ(kind("\xEF\xBB\xBF["), rtl::TIniFileKind::OtherMark);
-  EXPECT_EQ(kind("\xEF\xBB"), rtl::TIniFileKind::Ansi);
-  EXPECT_EQ(kind(""), rtl::TIniFileKind::Ansi);
+  using enum rtl::TIniFileKind;
+  EXPECT_EQ(kind("\xFF\xFE["), Utf16LE);
+  EXPECT_EQ(std::pair(kind("\xFE\xFF"), kind("\xEF\xBB\xBF[")), std::pair(OtherMark, OtherMark));
+  EXPECT_EQ(std::pair(kind("\xEF\xBB"), kind("")), std::pair(Ansi, Ansi));
 
   const std::string ansi = "; Kommentar\r\n[Optionen]\r\nName=Gr\xFC\xDF\x65\r\n\r\n";
   const std::vector<std::uint8_t> converted = rtl::IniFileAsUtf16({ansi.begin(), ansi.end()});

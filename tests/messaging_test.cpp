@@ -39,13 +39,11 @@ TEST(MessagingDelivery, ReachesTheListenersOfTheExactClassInSubscriptionOrder) {
   manager.SubscribeToMessage(typeid(TStringMessage), Logger(calls, "string 2"));
 
   manager.SendMessage(&sender, TStringMessage(u"Grüße"));
-  EXPECT_EQ(calls, (Calls{"Grüße", "string 2"}));
   // The dynamic class decides, not the static type of the argument.
-  calls.clear();
   const TDerivedMessage derived(u"b");
   manager.SendMessage(&sender, static_cast<const TStringMessage&>(derived));
   manager.SendMessage(&sender, TMessage<double>(1.5));
-  EXPECT_EQ(calls, Calls{"derived"});
+  EXPECT_EQ(calls, (Calls{"Grüße", "string 2", "derived"}));
 }
 
 TEST(MessagingSubscriptions, ListenersMayChangeTheSubscriptionsDuringDelivery) {

@@ -18,12 +18,12 @@ TEST(PathsSlashes, TrailingBackslashesAndParents) {
   const std::u16string longName = std::u16string(300, u'x') + u"\\y";
   const std::u16string deep = u"C:\\" + std::u16string(260, u'x') + u"\\y";
   const std::pair<std::u16string, std::u16string> cases[] = {
-      {chkPath(u"C:\\a"), u"C:\\a\\"},        {chkPath(u"C:\\a\\"), u"C:\\a\\"},
-      {chkPath(u""), u""},                    {RemoveSlash(u"C:\\a\\"), u"C:\\a"},
+      {chkPath(u"C:\\a"), u"C:\\a\\"}, {chkPath(u"C:\\a\\"), u"C:\\a\\"},
+      {chkPath(u""), u""}, {RemoveSlash(u"C:\\a\\"), u"C:\\a"},
       {RemoveSlash(u"C:\\a\\\\"), u"C:\\a\\"}, {RemoveSlash(u""), u""},
-      {prevDir(u"C:\\a\\b\\"), u"C:\\a"},     {prevDir(u"C:\\a\\b"), u"C:\\a"},
-      {prevDir(u"C:\\a"), u"C:"},             {prevDir(u"C:\\"), u""},
-      {prevDir(u""), u""},                    {prevDir(u"abc"), u""},
+      {prevDir(u"C:\\a\\b\\"), u"C:\\a"}, {prevDir(u"C:\\a\\b"), u"C:\\a"},
+      {prevDir(u"C:\\a"), u"C:"}, {prevDir(u"C:\\"), u""},
+      {prevDir(u""), u""}, {prevDir(u"abc"), u""},
       {prevDir(longName), u""},  // only the first 255 characters count
       {prevDir(deep), u"C:"},
   };
@@ -50,10 +50,9 @@ TEST(PathsPortable, StoredPathsMoveToTheProgramsDriveWhenUnreachable) {
   using enum TPortableMapping;
   const struct { std::u16string arg; TPortableMapping mapping; std::u16string want; } cases[] = {
       {u"C:\\x\\y.txt", File, u"C:\\x\\y.txt"},  // reachable: kept
-      {u"C:\\x\\z.txt", File, u"F:\\x\\z.txt"},     {u"C:\\x\\y.txt", StrictFile, u"F:\\x\\y.txt"},
-      {u"C:\\x", Path, u"C:\\x"},                  {u"C:\\q", Path, u"F:\\q"},
-      {u"C:\\x", StrictPath, u"F:\\x"},            {u"", File, u""},
-      {u"", StrictFile, u""},                      {u"", Path, u""},
+      {u"C:\\x\\z.txt", File, u"F:\\x\\z.txt"}, {u"C:\\x\\y.txt", StrictFile, u"F:\\x\\y.txt"},
+      {u"C:\\x", Path, u"C:\\x"}, {u"C:\\q", Path, u"F:\\q"},
+      {u"C:\\x", StrictPath, u"F:\\x"}, {u"", File, u""}, {u"", StrictFile, u""}, {u"", Path, u""},
       {u"", StrictPath, u"F:"},  // the bare drive
       {u"\\\\server\\share\\x", File, u"F:\\usbnet=server\\share\\x"},
       {u"\\\\server\\share", StrictPath, u"F:\\usbnet=server\\share"},

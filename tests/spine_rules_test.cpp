@@ -45,7 +45,7 @@ template <int I> void Stop() { calls.push_back(std::wstring(L"stop ") + kListed[
 constexpr TPackageUnitEntry kUnits[] = {
     {kListed[0], &Start<0>, &Stop<0>}, {kListed[1], &Start<1>, &Stop<1>},
     {kListed[2], &Start<2>, &Stop<2>}, {kListed[3], &Start<3>, &Stop<3>},
-    {kListed[4], nullptr, nullptr},    {kListed[5], &Start<5>, &Stop<5>},
+    {kListed[4], nullptr, nullptr}, {kListed[5], &Start<5>, &Stop<5>},
     {kListed[6], &Start<6>, &Stop<6>}, {kListed[7], &Start<7>, &Stop<7>},
     {kListed[8], &Start<8>, &Stop<8>},
 };

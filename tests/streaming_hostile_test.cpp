@@ -33,12 +33,7 @@ Body Collection(std::vector<Body> items) {
 // A component: its class, its name, the properties `props` writes, the children `inside` writes.
 Body Component(std::u16string cls, std::u16string name, Body props, Body inside = kNothing) {
   return [=](TWriter& w) {
-    w.WriteStr(cls);
-    w.WriteStr(name);
-    props(w);
-    w.WriteListEnd();
-    inside(w);
-    w.WriteListEnd();
+    w.WriteStr(cls), w.WriteStr(name), props(w), w.WriteListEnd(), inside(w), w.WriteListEnd();
   };
 }
 
@@ -92,63 +87,52 @@ enum class Refusal { filer, classNotFound, read, other };
 
 TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
   // `named`: what the message names, as a word of its own.
+  using enum Refusal;
   const struct { const char* what; Body children; Refusal refusal; const char16_t* named = nullptr; } cases[] = {
-      {"a panel inside itself", Child(u"TPanel", u"A", Child(u"TPanel", u"A")), Refusal::filer},
-      {"A in B in A", Child(u"TPanel", u"A", Child(u"TPanel", u"B", Child(u"TPanel", u"A"))),
-       Refusal::filer},
-      {"the same name in another case", Both(Child(u"TPanel", u"Abc"), Child(u"TLabel", u"aBC")),
-       Refusal::filer},
+      {"a panel inside itself", Child(u"TPanel", u"A", Child(u"TPanel", u"A")), filer},
+      {"A in B in A", Child(u"TPanel", u"A", Child(u"TPanel", u"B", Child(u"TPanel", u"A"))), filer},
+      {"one name in two cases", Both(Child(u"TPanel", u"Abc"), Child(u"TLabel", u"aBC")), filer},
       {"a menu item inside itself",
-       Child(u"TPopupMenu", u"M", Child(u"TMenuItem", u"X", Child(u"TMenuItem", u"X"))),
-       Refusal::filer},
-      {"257 levels", Nested(257), Refusal::filer},
-      {"an unknown class", Child(u"TNoSuchControl", u"X"), Refusal::classNotFound, u"TNoSuchControl"},
-      {"a form inside a form", Child(u"TForm", u"F2"), Refusal::classNotFound},
-      {"an abstract class", Child(u"TWinControl", u"W"), Refusal::classNotFound},
-      {"a property the class lacks", LabelWith(u"BevelInner", Ident(u"bvNone")), Refusal::filer,
-       u"BevelInner"},
-      {"text for a number", LabelWith(u"Left", [](TWriter& w) { w.WriteString(u"10"); }), Refusal::filer},
-      {"a width beyond 32 bits", LabelWith(u"Width", Int(1ll << 40)), Refusal::filer},
-      {"an unknown alignment", LabelWith(u"Align", Ident(u"alMiddle")), Refusal::filer, u"alMiddle"},
-      {"an unknown colour name", LabelWith(u"Color", Ident(u"clPuce")), Refusal::filer, u"clPuce"},
-      {"a number for a Boolean", LabelWith(u"AutoSize", Int(1)), Refusal::filer},
-      {"a bitmap without its length", Picture("TBitmap", {1, 2}), Refusal::read},
-      {"a bitmap longer than its data", Picture("TBitmap", {200, 0, 0, 0, 'B', 'M'}),
-       Refusal::filer, u"Bitmap-Länge"},
-      {"a negative bitmap length", Picture("TBitmap", {0xFF, 0xFF, 0xFF, 0xFF}),
-       Refusal::filer, u"Bitmap-Länge"},
-      {"an unknown graphic class", Picture("TFrobImage", {1, 2, 3}), Refusal::classNotFound},
-      {"picture data without a class", Picture("", {}), Refusal::read},
-      {"an anchor that is none", LabelWith(u"Anchors", Set({u"akLeft", u"akMiddle"})), Refusal::filer,
-       u"akMiddle"},
-      {"a set as one name", LabelWith(u"Anchors", Ident(u"akLeft")), Refusal::filer},
-      {"a number for a font style", LabelWith(u"Font.Style", Int(1)), Refusal::filer},
-      {"a part the font lacks", LabelWith(u"Font.Size", Int(8)), Refusal::filer, u"Font.Size"},
-      {"a negative margin", LabelWith(u"Margins.Left", Int(-1)), Refusal::filer},
-      {"an unknown cursor", LabelWith(u"Cursor", Ident(u"crBanana")), Refusal::filer, u"crBanana"},
-      {"a cursor beyond 16 bits", LabelWith(u"Cursor", Int(40000)), Refusal::filer},
-      {"an unknown character set", LabelWith(u"Font.Charset", Ident(u"KLINGON_CHARSET")), Refusal::filer,
-       u"KLINGON_CHARSET"},
-      {"a character set beyond a byte", LabelWith(u"Font.Charset", Int(256)), Refusal::filer},
-      {"a reference as text", LabelWith(u"PopupMenu", Text(u"Menu1")), Refusal::filer},
-      {"a reference as True", LabelWith(u"PopupMenu", Ident(u"True")), Refusal::filer},
-      {"an unknown shape", With(u"TShape", u"S", u"Shape", Ident(u"stStar")), Refusal::filer, u"stStar"},
-      {"a pen wider than any screen", With(u"TShape", u"S", u"Pen.Width", Int(1 << 20)), Refusal::filer},
-      {"a negative interval", With(u"TTimer", u"T", u"Interval", Int(-1)), Refusal::filer},
-      {"check marks as text", With(u"TCheckListBox", u"C", u"Checks", Text(u"1")), Refusal::filer},
-      {"sections as a list of strings",
-       With(u"THeaderControl", u"H", u"Sections", [](TWriter& w) { w.WriteValue(rtl::vaList), w.WriteListEnd(); }),
-       Refusal::filer},
-      {"a section property it lacks", Sections({Property(u"Caption", Text(u"x"))}), Refusal::filer, u"Caption"},
-      {"a section that is no list",
-       With(u"THeaderControl", u"H", u"Sections",
-            [](TWriter& w) { w.WriteValue(rtl::vaCollection), w.WriteString(u"x"), w.WriteListEnd(); }),
-       Refusal::filer},
-      {"a section as its own component", Child(u"THeaderSection", u"S"), Refusal::classNotFound},
-      {"a grid without columns", Grid(u"G", 0, 5), Refusal::filer},
-      {"a grid of 52429 x 5 cells", Grid(u"G", 52429, 5), Refusal::filer},
-      {"grids of 512 x 512 cells together", Both(Grid(u"G1", 512, 256), Grid(u"G2", 512, 257)),
-       Refusal::filer},
+       Child(u"TPopupMenu", u"M", Child(u"TMenuItem", u"X", Child(u"TMenuItem", u"X"))), filer},
+      {"257 levels", Nested(257), filer},
+      {"an unknown class", Child(u"TNoSuchControl", u"X"), classNotFound, u"TNoSuchControl"},
+      {"a form inside a form", Child(u"TForm", u"F2"), classNotFound},
+      {"an abstract class", Child(u"TWinControl", u"W"), classNotFound},
+      {"a property the class lacks", LabelWith(u"BevelInner", Ident(u"bvNone")), filer, u"BevelInner"},
+      {"text for a number", LabelWith(u"Left", [](TWriter& w) { w.WriteString(u"10"); }), filer},
+      {"a width beyond 32 bits", LabelWith(u"Width", Int(1ll << 40)), filer},
+      {"an unknown alignment", LabelWith(u"Align", Ident(u"alMiddle")), filer, u"alMiddle"},
+      {"an unknown colour name", LabelWith(u"Color", Ident(u"clPuce")), filer, u"clPuce"},
+      {"a number for a Boolean", LabelWith(u"AutoSize", Int(1)), filer},
+      {"a bitmap without its length", Picture("TBitmap", {1, 2}), read},
+      {"a bitmap longer than its data", Picture("TBitmap", {200, 0, 0, 0, 'B', 'M'}), filer, u"Bitmap-Länge"},
+      {"a negative bitmap length", Picture("TBitmap", {0xFF, 0xFF, 0xFF, 0xFF}), filer, u"Bitmap-Länge"},
+      {"an unknown graphic class", Picture("TFrobImage", {1, 2, 3}), classNotFound},
+      {"picture data without a class", Picture("", {}), read},
+      {"an anchor that is none", LabelWith(u"Anchors", Set({u"akLeft", u"akMiddle"})), filer, u"akMiddle"},
+      {"a set as one name", LabelWith(u"Anchors", Ident(u"akLeft")), filer},
+      {"a number for a font style", LabelWith(u"Font.Style", Int(1)), filer},
+      {"a part the font lacks", LabelWith(u"Font.Size", Int(8)), filer, u"Font.Size"},
+      {"a negative margin", LabelWith(u"Margins.Left", Int(-1)), filer},
+      {"an unknown cursor", LabelWith(u"Cursor", Ident(u"crBanana")), filer, u"crBanana"},
+      {"a cursor beyond 16 bits", LabelWith(u"Cursor", Int(40000)), filer},
+      {"an unknown charset", LabelWith(u"Font.Charset", Ident(u"KLINGON_CHARSET")), filer, u"KLINGON_CHARSET"},
+      {"a character set beyond a byte", LabelWith(u"Font.Charset", Int(256)), filer},
+      {"a reference as text", LabelWith(u"PopupMenu", Text(u"Menu1")), filer},
+      {"a reference as True", LabelWith(u"PopupMenu", Ident(u"True")), filer},
+      {"an unknown shape", With(u"TShape", u"S", u"Shape", Ident(u"stStar")), filer, u"stStar"},
+      {"a pen wider than any screen", With(u"TShape", u"S", u"Pen.Width", Int(1 << 20)), filer},
+      {"a negative interval", With(u"TTimer", u"T", u"Interval", Int(-1)), filer},
+      {"check marks as text", With(u"TCheckListBox", u"C", u"Checks", Text(u"1")), filer},
+      {"sections as a list of strings", With(u"THeaderControl", u"H", u"Sections",
+          [](TWriter& w) { w.WriteValue(rtl::vaList), w.WriteListEnd(); }), filer},
+      {"a section property it lacks", Sections({Property(u"Caption", Text(u"x"))}), filer, u"Caption"},
+      {"a section that is no list", With(u"THeaderControl", u"H", u"Sections",
+          [](TWriter& w) { w.WriteValue(rtl::vaCollection), w.WriteString(u"x"), w.WriteListEnd(); }), filer},
+      {"a section as its own component", Child(u"THeaderSection", u"S"), classNotFound},
+      {"a grid without columns", Grid(u"G", 0, 5), filer},
+      {"a grid of 52429 x 5 cells", Grid(u"G", 52429, 5), filer},
+      {"grids of 512 x 512 cells together", Both(Grid(u"G1", 512, 256), Grid(u"G2", 512, 257)), filer},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -156,10 +140,10 @@ TEST(StreamingHostile, StreamsThatAreRefusedBeforeAnythingIsMade) {
       Read(FormBytes(c.children));
       ADD_FAILURE() << "read";
     } catch (const rtl::Exception& e) {
-      const Refusal got = dynamic_cast<const rtl::EClassNotFound*>(&e) ? Refusal::classNotFound
-                          : dynamic_cast<const rtl::EFilerError*>(&e)  ? Refusal::filer
-                          : dynamic_cast<const rtl::EReadError*>(&e)   ? Refusal::read
-                                                                       : Refusal::other;
+      const Refusal got = dynamic_cast<const rtl::EClassNotFound*>(&e) ? classNotFound
+                          : dynamic_cast<const rtl::EFilerError*>(&e)  ? filer
+                          : dynamic_cast<const rtl::EReadError*>(&e)   ? read
+                                                                       : other;
       EXPECT_EQ(got, c.refusal) << e.what();
       if (c.named != nullptr) {
         EXPECT_NE(e.Message().find(u" " + std::u16string(c.named)), std::u16string::npos) << e.what();
@@ -192,11 +176,11 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
   // Inside a panel every control goes into it; timers and menus live only in their owner,
   // menu items only in menus. A label inside a shape goes nowhere.
   const struct { const char16_t* cls; bool intoPanel; } classes[] = {
-      {u"TLabel", true},       {u"TPanel", true},        {u"TImage", true},
-      {u"TShape", true},       {u"TSpeedButton", true},  {u"TScrollBox", true},
-      {u"TListBox", true},     {u"TCheckListBox", true}, {u"TMemo", true},
-      {u"TCheckBox", true},    {u"TStringGrid", true},   {u"THeaderControl", true},
-      {u"TTimer", false},      {u"TPopupMenu", false},   {u"TMenuItem", false},
+      {u"TLabel", true}, {u"TPanel", true}, {u"TImage", true},
+      {u"TShape", true}, {u"TSpeedButton", true}, {u"TScrollBox", true},
+      {u"TListBox", true}, {u"TCheckListBox", true}, {u"TMemo", true},
+      {u"TCheckBox", true}, {u"TStringGrid", true}, {u"THeaderControl", true},
+      {u"TTimer", false}, {u"TPopupMenu", false}, {u"TMenuItem", false},
   };
   Body inPanel = kNothing;
   for (const auto& c : classes) inPanel = Both(inPanel, Child(c.cls, u"In" + std::u16string(c.cls)));
@@ -245,12 +229,8 @@ TEST(StreamingHostile, CollectionItemsArriveInTheirOrderWithTheirProperties) {
 
 TEST(StreamingHostile, ValuesArriveCheckedAndSpelledAsTheClassSpellsThem) {
   // Each on an unnamed component of its own; unnamed components may be many.
-  const struct {
-    const char16_t *cls, *property;
-    Body value;
-    std::int64_t integer;
-    std::u16string text;
-  } values[] = {
+  const struct { const char16_t *cls, *property; Body value; std::int64_t integer;
+                 std::u16string text; } values[] = {
       {u"TLabel", u"align", Ident(u"ALCLIENT"), 5, u"alClient"},
       {u"TLabel", u"Width", Int(100), 100, u""},
       {u"TLabel", u"AlignWithMargins", [](TWriter& w) { w.WriteBoolean(true); }, 1, u""},

@@ -98,11 +98,9 @@ TEST(StreamingFiler, ValuesTakeTheirSmallestForm) {
 // it, reads as UTF-8.
 TEST(StreamingFiler, StringsOfEveryValueTypeAsTheFrameworkWritesThem) {
   const struct { std::vector<std::uint8_t> bytes; std::u16string text; } cases[] = {
-      {{6, 5, 'G', 'r', 0xFC, 0xDF, 'e'}, u"Grüße"},
-      {{12, 3, 0, 0, 0, 0x80, 0x85, 0xE4}, u"€…ä"},
+      {{6, 5, 'G', 'r', 0xFC, 0xDF, 'e'}, u"Grüße"}, {{12, 3, 0, 0, 0, 0x80, 0x85, 0xE4}, u"€…ä"},
       {{20, 5, 0, 0, 0, 0xC5, 0x81, 0xE4, 0xB8, 0xAD}, u"Ł中"},
-      {{18, 2, 0, 0, 0, 0xA9, 0x03, 0x3D, 0xD8}, u"Ω\xD83D"},
-      {{6, 2, 0xC3, 0xB6}, u"ö"},
+      {{18, 2, 0, 0, 0, 0xA9, 0x03, 0x3D, 0xD8}, u"Ω\xD83D"}, {{6, 2, 0xC3, 0xB6}, u"ö"},
       {{6, 2, 0xC3, 0x28}, u"Ã("},
   };
   for (const auto& c : cases) {

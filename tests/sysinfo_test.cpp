@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "rtl/ustring.h"
 
@@ -25,13 +26,12 @@ TVersionQuery Query(std::uint32_t platform, std::uint32_t major, std::uint32_t m
 }
 
 TEST(SysInfoRuntimeRecord, NamesEachVersionAndDescribesItInOneLine) {
-  const char16_t* names[] = {u"Windows 2000",  u"Windows XP", u"Windows Server 2003",
-                             u"Windows Vista", u"Windows 7",  u"Windows 8",
-                             u"Windows 8.1",   u"Windows 10", u"Windows"};
-  const int versions[][2] = {{5, 0}, {5, 1}, {5, 2}, {6, 0}, {6, 1},
-                             {6, 2}, {6, 3}, {10, 0}, {6, 4}};
-  for (int i = 0; i < 9; ++i)
-    EXPECT_EQ(rtl::OSVersionName(versions[i][0], versions[i][1]), names[i]) << i;
+  const std::tuple<int, int, const char16_t*> names[] = {
+      {5, 0, u"Windows 2000"}, {5, 1, u"Windows XP"}, {5, 2, u"Windows Server 2003"},
+      {6, 0, u"Windows Vista"}, {6, 1, u"Windows 7"}, {6, 2, u"Windows 8"},
+      {6, 3, u"Windows 8.1"}, {10, 0, u"Windows 10"}, {6, 4, u"Windows"}};
+  for (const auto& [major, minor, name] : names)
+    EXPECT_EQ(rtl::OSVersionName(major, minor), name) << major << "." << minor;
   EXPECT_EQ(kWin11.Name, u"Windows 10") << "the framework knows no Windows 11";
   EXPECT_EQ(kWin10.ToString(), u"Windows 10 (Version 10.0, Build 19045, 64-bit Edition)");
   EXPECT_EQ(TOSVersion::Of(6, 1, 7601, rtl::ArchitectureOf(0)).ToString(),
@@ -44,13 +44,8 @@ TEST(SysInfoOSName, EveryVersionInBothSpellingsWithBuildAndServicePack) {
   const TOSVersion first11 = TOSVersion::Of(10, 0, 22000, TArchitecture::arIntelX64);
   const TOSVersion last10 = TOSVersion::Of(10, 0, 21999, TArchitecture::arIntelX64);
   const TVersionQuery xp = Query(2, 5, 1, 2600, u"Service Pack 3");
-  struct Case {
-    TVersionQuery query;
-    TOSVersion os;
-    const char16_t* name;
-    const char16_t* nameEx;
-    bool build = false, servicePack = false, ok = true;
-  } cases[] = {
+  struct Case { TVersionQuery query; TOSVersion os; const char16_t *name, *nameEx;
+                bool build = false, servicePack = false, ok = true; } cases[] = {
       {Query(1, 4, 0), kWin11, u"Windows 95", u"Windows 95"},
       {Query(1, 4, 10, 2222, u" A "), kWin11, u"Windows 98SE", u"Windows 98SE", true, true},
       {Query(1, 4, 10, 1998, u"A"), kWin11, u"Windows 98", u"Windows 98"},
