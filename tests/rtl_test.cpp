@@ -224,7 +224,8 @@ TEST(RtlStringList, TextAndDelimitedTextReplaceTheLines) {
            {kText, u"a\r\nb\rc\nd", {u"a", u"b", u"c", u"d"}}, {kText, u"a\r\n", {u"a"}},
            {kText, u"\n", {u""}}, {kText, u"", {}}, {kText, u"a\n\rb", {u"a", u"", u"b"}},
            {kLoose, u"a, b ,c", {u"a", u"b", u"c"}}, {kStrict, u"a, b ,c", {u"a", u" b ", u"c"}},
-           {kLoose, u"\"open", {u"open"}}, {kLoose, u"\"q\"r,s", {u"q", u"r", u"s"}},
+           {kLoose, u"a b", {u"a", u"b"}}, {kLoose, u"\"open", {u"open"}},
+           {kLoose, u"\"q\"r,s", {u"q", u"r", u"s"}},
            {kLoose, u"  \"x \"\"y\"\" z\" , w", {u"x \"y\" z", u"w"}},
            {kLoose, u"a,,b", {u"a", u"", u"b"}}, {kLoose, u" ,a", {u"", u"a"}},
            {kStrict, u"a,", {u"a", u""}}, {kLoose, u"", {}}}) {

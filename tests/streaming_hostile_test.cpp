@@ -55,6 +55,7 @@ Body Child(std::u16string cls, std::u16string name, Body inside = kNothing) {
 }
 
 Body Both(Body a, Body b) { return [=](TWriter& w) { a(w), b(w); }; }
+Body Property(std::u16string name, Body value) { return [=](TWriter& w) { w.WriteStr(name), value(w); }; }
 
 // Panels `from` to `depth` - 1, each inside the one before.
 Body Nested(int depth, int from = 0) {
@@ -63,15 +64,13 @@ Body Nested(int depth, int from = 0) {
 }
 
 Body With(std::u16string cls, std::u16string name, std::u16string property, Body value) {
-  return Component(cls, name, [=](TWriter& w) { w.WriteStr(property), value(w); });
+  return Component(cls, name, Property(property, value));
 }
 
 Body LabelWith(const char16_t* property, Body value) { return With(u"TLabel", u"L", property, value); }
-Body Property(std::u16string name, Body value) { return [=](TWriter& w) { w.WriteStr(name), value(w); }; }
 Body Sections(std::vector<Body> items) { return With(u"THeaderControl", u"H", u"Sections", Collection(items)); }
 Body Grid(std::u16string name, int cols, int rows) {
-  return Component(u"TStringGrid", name,
-                   Both(Property(u"ColCount", Int(cols)), Property(u"RowCount", Int(rows))));
+  return Component(u"TStringGrid", name, Both(Property(u"ColCount", Int(cols)), Property(u"RowCount", Int(rows))));
 }
 
 // An image whose picture data name the graphic class `cls` (none when empty).
@@ -176,12 +175,10 @@ TEST(StreamingHostile, ComponentsGoWhereTheirClassCanLive) {
   // Inside a panel every control goes into it; timers and menus live only in their owner,
   // menu items only in menus. A label inside a shape goes nowhere.
   const struct { const char16_t* cls; bool intoPanel; } classes[] = {
-      {u"TLabel", true}, {u"TPanel", true}, {u"TImage", true},
-      {u"TShape", true}, {u"TSpeedButton", true}, {u"TScrollBox", true},
-      {u"TListBox", true}, {u"TCheckListBox", true}, {u"TMemo", true},
-      {u"TCheckBox", true}, {u"TStringGrid", true}, {u"THeaderControl", true},
-      {u"TTimer", false}, {u"TPopupMenu", false}, {u"TMenuItem", false},
-  };
+      {u"TLabel", true}, {u"TPanel", true}, {u"TImage", true}, {u"TShape", true},
+      {u"TSpeedButton", true}, {u"TScrollBox", true}, {u"TListBox", true}, {u"TMemo", true},
+      {u"TCheckListBox", true}, {u"TCheckBox", true}, {u"TStringGrid", true},
+      {u"THeaderControl", true}, {u"TTimer", false}, {u"TPopupMenu", false}, {u"TMenuItem", false}};
   Body inPanel = kNothing;
   for (const auto& c : classes) inPanel = Both(inPanel, Child(c.cls, u"In" + std::u16string(c.cls)));
   const ui::TComponentTree tree = Read(FormBytes(
@@ -218,13 +215,12 @@ TEST(StreamingHostile, CollectionItemsArriveInTheirOrderWithTheirProperties) {
   })));
   const std::vector<std::vector<ui::TPropertyValue>>& items = tree.Children.at(0).Properties.at(0).Items;
   ASSERT_EQ(items.size(), 3u);
-  ASSERT_EQ(items[0].size(), 2u);
+  ASSERT_EQ(std::vector<std::size_t>({items[0].size(), items[1].size(), items[2].size()}),
+            std::vector<std::size_t>({2, 1, 0}));
   EXPECT_EQ(items[0][0].Text, u"Name");
   EXPECT_EQ(items[0][1].Integer, 120);
-  ASSERT_EQ(items[1].size(), 1u);
   EXPECT_EQ(items[1][0].Info->Name, u"Width");
   EXPECT_EQ(items[1][0].Integer, 30);
-  EXPECT_TRUE(items[2].empty());
 }
 
 TEST(StreamingHostile, ValuesArriveCheckedAndSpelledAsTheClassSpellsThem) {
