@@ -271,9 +271,8 @@ TEST(RtlStringList, DelimitedTextQuotesWhatWouldNotReadBack) {
 TEST(RtlStringList, NameValuePairs) {
   TStringList list;
   list.SetText(u"Host=example\nplain\nPort=80=90\n=anon");
-  EXPECT_EQ(list.Names(0) + u"|" + list.Names(1) + u"|" + list.ValueFromIndex(1) + u"|" +
-                list.ValueFromIndex(2),
-            u"Host|||80=90");
+  EXPECT_EQ((Lines{list.Names(0), list.Names(1), list.ValueFromIndex(1), list.ValueFromIndex(2)}),
+            (Lines{u"Host", u"", u"", u"80=90"}));
   EXPECT_EQ(list.Values(u"HOST"), u"example");
   EXPECT_EQ(list.Values(u"missing"), u"");
   EXPECT_EQ(list.IndexOfName(u"port"), 2);
