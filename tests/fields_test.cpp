@@ -109,15 +109,15 @@ TEST(FieldsWrite, WritersKeepTheirStoredShapes) {
       // Padding is one field early or late depending on the style; a rebuild drops the end.
       {set, u"a;b;", 1, u"x;b"}, {set, u"", 3, u";;x"}, {set, u"a;b", 4, u"a;b;x"},
       {set, u"a;b;", 3, u"a;b;;x"}, {set, u"a;b;", INT_MIN, u"a;b"},
-      {set, u"abc;", INT_MAX, u"abc;"}, {set2, u"abc;", INT_MAX, u"abc;"},
-      {set2, u"a;b;", 1, u"x;b;"}, {set2, u"", 1, u";x"}, {set2, u"a;b", 4, u"a;b;;x"},
-      {set2, u"a;b", 0, u"xa;b"}, {set2, u";b", 0, u";b"}, {Delete, u"a;b;c", 2, u"a;c"},
-      {Delete, u"a;b;", 2, u"a;"}, {Delete, u"a;b;c", 1, u"b;c"}, {Delete, u"a;;c", 3, u"a;"},
-      {Delete, u"abc", 1, u""}, {Delete, u"a;b;c", 5, u"a;b;c"}, {ins, u"a;b;c", 1, u"a;x;b;c"},
-      {ins, u"a;b;c", 3, u"a;b;c"}, {ins, u"a;b", 9, u"a;b"}, {ins, u"abc", 9, u"x;abc"},
-      {ins, u"a;b;", 2, u"a;b;x;"}, {ins, u"a;b", 0, u"ax;;b"}, {before, u"a;b", 9, u"a;b"},
-      {before, u"a;b;c", 2, u"a;x;b;c"}, {before, u";b", 2, u"x;;b"}, {before, u"a;b", 0, u"a;b"},
-      {before, u"ab;c", 1, u"ax;b;c"},
+      {set, u"abc;", INT_MAX, u"abc;"},
+      {set2, u"abc;", INT_MAX, u"abc;"}, {set2, u"a;b;", 1, u"x;b;"}, {set2, u"", 1, u";x"},
+      {set2, u"a;b", 4, u"a;b;;x"}, {set2, u"a;b", 0, u"xa;b"}, {set2, u";b", 0, u";b"},
+      {Delete, u"a;b;c", 2, u"a;c"}, {Delete, u"a;b;", 2, u"a;"}, {Delete, u"a;b;c", 1, u"b;c"},
+      {Delete, u"a;;c", 3, u"a;"}, {Delete, u"abc", 1, u""}, {Delete, u"a;b;c", 5, u"a;b;c"},
+      {ins, u"a;b;c", 1, u"a;x;b;c"}, {ins, u"a;b;c", 3, u"a;b;c"}, {ins, u"a;b", 9, u"a;b"},
+      {ins, u"abc", 9, u"x;abc"}, {ins, u"a;b;", 2, u"a;b;x;"}, {ins, u"a;b", 0, u"ax;;b"},
+      {before, u"a;b", 9, u"a;b"}, {before, u"a;b;c", 2, u"a;x;b;c"}, {before, u";b", 2, u"x;;b"},
+      {before, u"a;b", 0, u"a;b"}, {before, u"ab;c", 1, u"ax;b;c"},
   };
   for (const auto& c : cases) {
     Str s = c.s;

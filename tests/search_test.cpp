@@ -361,10 +361,8 @@ TEST(SearchText, PredicatesAndFormatters) {
       {ReplaceStr(u"aXbX", u"X", u"yy", false), u"ayybyy"},
   };
   for (const auto& c : cases) EXPECT_EQ(c.got, c.want);
-  EXPECT_TRUE(NoAlpha(u"12 é-"));
-  EXPECT_FALSE(NoAlpha(u"12ß"));
-  EXPECT_TRUE(DigitsInStr(u"ab3"));
-  EXPECT_FALSE(DigitsInStr(u"abc"));
+  EXPECT_EQ(std::pair(NoAlpha(u"12 é-"), NoAlpha(u"12ß")), std::pair(true, false));
+  EXPECT_EQ(std::pair(DigitsInStr(u"ab3"), DigitsInStr(u"abc")), std::pair(true, false));
 }
 
 TEST(SearchTokenizer, WalksItemsInEitherDirection) {
