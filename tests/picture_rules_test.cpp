@@ -32,8 +32,7 @@ Bytes Patch(Bytes b, std::size_t at, std::initializer_list<std::uint8_t> with) {
 Bytes Png(std::uint32_t width, std::uint32_t height, std::uint8_t depth = 8,
           std::uint8_t colour = 0, std::size_t data = 64) {
   Bytes b{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13, 'I', 'H', 'D', 'R'};
-  Be(b, width, 4);
-  Be(b, height, 4);
+  Be(b, width, 4), Be(b, height, 4);
   b.insert(b.end(), {depth, colour, 0, 0, 0, 0, 0, 0, 0});  // methods, interlace, checksum
   for (const auto& [type, length] : {std::pair{"IDAT", data}, std::pair{"IEND", std::size_t{0}}}) {
     Be(b, static_cast<std::uint32_t>(length), 4);
@@ -47,18 +46,14 @@ Bytes Png(std::uint32_t width, std::uint32_t height, std::uint8_t depth = 8,
 Bytes Bmp(std::int32_t width, std::int32_t height, std::uint16_t bits, std::size_t pixels,
           std::uint32_t compression = 0, std::uint32_t header = 40) {
   Bytes b{'B', 'M'};
-  Le(b, 14 + header + static_cast<std::uint32_t>(pixels), 4);
-  Le(b, 0, 4);
-  Le(b, 14 + header, 4);
+  // File size, two reserved words, where the pixels start; the info header's size.
+  Le(b, 14 + header + static_cast<std::uint32_t>(pixels), 4), Le(b, 0, 4), Le(b, 14 + header, 4);
   Le(b, header, 4);
   const int side = header == 12 ? 2 : 4;  // the core header's sizes are 16 bits
-  Le(b, static_cast<std::uint32_t>(width), side);
-  Le(b, static_cast<std::uint32_t>(height), side);
-  Le(b, 1, 2);
-  Le(b, bits, 2);
-  if (header != 12) {
-    Le(b, compression, 4);
-    b.insert(b.end(), header - 20, 0);
+  Le(b, static_cast<std::uint32_t>(width), side), Le(b, static_cast<std::uint32_t>(height), side);
+  Le(b, 1, 2), Le(b, bits, 2);  // one plane
+  if (header != 12) {  // compression and the rest of the longer headers
+    Le(b, compression, 4), b.insert(b.end(), header - 20, 0);
   }
   b.insert(b.end(), pixels, 0x55);
   return b;
@@ -68,12 +63,10 @@ Bytes Bmp(std::int32_t width, std::int32_t height, std::uint16_t bits, std::size
 Bytes Gif(std::uint32_t width, std::uint32_t height, std::uint32_t frameWidth = 1,
           std::uint32_t frameHeight = 1) {
   Bytes b{'G', 'I', 'F', '8', '9', 'a'};
-  Le(b, width, 2);
-  Le(b, height, 2);
+  Le(b, width, 2), Le(b, height, 2);
   b.insert(b.end(), {0x80, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x21, 0xF9, 4, 0, 0, 0, 0, 0,
                      0x2C, 0, 0, 0, 0});
-  Le(b, frameWidth, 2);
-  Le(b, frameHeight, 2);
+  Le(b, frameWidth, 2), Le(b, frameHeight, 2);
   b.insert(b.end(), {0, 2, 2, 0x44, 0x01, 0, 0x3B});
   return b;
 }
@@ -84,8 +77,7 @@ Bytes Jpeg(std::uint32_t width, std::uint32_t height, std::size_t size,
            std::uint8_t marker = 0xC0) {
   Bytes b{0xFF, 0xD8, 0xFF, 0xE0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0};
   b.insert(b.end(), {0xFF, marker, 0, 17, 8});  // length 17, precision 8
-  Be(b, height, 2);
-  Be(b, width, 2);
+  Be(b, height, 2), Be(b, width, 2);
   b.insert(b.end(), {3, 1, 0x22, 0, 2, 0x11, 1, 3, 0x11, 1});
   if (b.size() + 2 < size) b.insert(b.end(), size - b.size() - 2, 0x5A);
   b.insert(b.end(), {0xFF, 0xD9});
@@ -95,8 +87,7 @@ Bytes Jpeg(std::uint32_t width, std::uint32_t height, std::size_t size,
 // An icon whose one image is `image`.
 Bytes Ico(const Bytes& image, std::uint32_t offset = 22) {
   Bytes b{0, 0, 1, 0, 1, 0, 16, 16, 0, 0, 1, 0, 32, 0};
-  Le(b, static_cast<std::uint32_t>(image.size()), 4);
-  Le(b, offset, 4);
+  Le(b, static_cast<std::uint32_t>(image.size()), 4), Le(b, offset, 4);
   b.insert(b.end(), image.begin(), image.end());
   return b;
 }
