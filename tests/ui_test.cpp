@@ -398,4 +398,53 @@ TEST(UiForm, ModalFormSeesItsControlsKeysAndEndsWithItsResult) {
   EXPECT_THROW(form->ShowModal(), EInvalidOperation);
 }
 
+// The lines a list box window shows.
+std::vector<std::wstring> WindowLines(HWND box) {
+  std::vector<std::wstring> lines;
+  const auto count = static_cast<int>(SendMessageW(box, LB_GETCOUNT, 0, 0));
+  for (int i = 0; i < count; ++i) {
+    std::wstring line(static_cast<size_t>(SendMessageW(box, LB_GETTEXTLEN, i, 0)), L'\0');
+    SendMessageW(box, LB_GETTEXT, i, reinterpret_cast<LPARAM>(line.data()));
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+TEST(UiListBox, DeletedAndClearedLinesLeaveTheWindowMadeBeforeOrAfter) {
+  const struct {
+    const char* what;
+    std::function<void(rtl::TStrings&)> change;
+    std::vector<std::wstring> expected;
+  } cases[] = {
+      {"a line deleted", [](rtl::TStrings& s) { s.Delete(1); }, {L"Alpha", L"Gamma"}},
+      {"all cleared", [](rtl::TStrings& s) { s.Clear(); }, {}},
+  };
+  auto form = ShownForm(200, 200);
+  for (const bool windowFirst : {true, false}) {
+    for (const auto& c : cases) {
+      SCOPED_TRACE(std::string(c.what) + (windowFirst ? ", window made first" : ", window made after"));
+      auto* box = new TListBox(form.get());
+      if (windowFirst) box->SetParent(form.get());
+      for (const char16_t* line : {u"Alpha", u"Beta", u"Gamma"}) box->Items().Add(line);
+      c.change(box->Items());
+      box->SetParent(form.get());
+      EXPECT_EQ(box->Count(), static_cast<int>(c.expected.size()));
+      EXPECT_EQ(WindowLines(box->Handle()), c.expected);
+      delete box;
+    }
+  }
+}
+
+TEST(UiCheckBox, TheWindowShowsTheCheckSetBeforeOrAfterItIsMade) {
+  auto form = ShownForm(200, 100);
+  auto* box = new TCheckBox(form.get());
+  box->SetChecked(true);
+  box->SetParent(form.get());
+  EXPECT_EQ(SendMessageW(box->Handle(), BM_GETCHECK, 0, 0), BST_CHECKED);
+  box->SetChecked(false);
+  EXPECT_EQ(SendMessageW(box->Handle(), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+  SendMessageW(box->Handle(), BM_CLICK, 0, 0);
+  EXPECT_TRUE(box->Checked()) << "a click checks it";
+}
+
 }  // namespace
