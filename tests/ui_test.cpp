@@ -12,6 +12,7 @@
 #include "ui/buttons.h"
 #include "ui/extctrls.h"
 #include "ui/forms.h"
+#include "ui/grids.h"
 #include "ui/stdctrls.h"
 #include "message_pump.h"
 
@@ -445,6 +446,82 @@ TEST(UiCheckBox, TheWindowShowsTheCheckSetBeforeOrAfterItIsMade) {
   EXPECT_EQ(SendMessageW(box->Handle(), BM_GETCHECK, 0, 0), BST_UNCHECKED);
   SendMessageW(box->Handle(), BM_CLICK, 0, 0);
   EXPECT_TRUE(box->Checked()) << "a click checks it";
+}
+
+// The protected row deletion, opened as the tools' grid helpers open it.
+struct RowGrid : TStringGrid {
+  using TStringGrid::DeleteRow;
+  using TStringGrid::TStringGrid;
+};
+
+TEST(UiStringGrid, TheCurrentRowFollowsItsLineAndStaysWithinTheRows) {
+  struct Case {
+    const char* what;
+    int row;
+    std::function<void(RowGrid&)> change;
+    int expected;
+  } cases[] = {
+      {"a row above it deleted", 3, [](RowGrid& g) { g.DeleteRow(1); }, 2},
+      {"a row below it deleted", 2, [](RowGrid& g) { g.DeleteRow(3); }, 2},
+      {"its own row deleted", 2, [](RowGrid& g) { g.DeleteRow(2); }, 2},
+      {"the last row, deleted", 4, [](RowGrid& g) { g.DeleteRow(4); }, 3},
+      {"rows below it cut off", 4, [](RowGrid& g) { g.SetRowCount(3); }, 2},
+  };
+  for (const Case& c : cases) {
+    RowGrid grid(nullptr);  // five rows
+    grid.SetRow(c.row);
+    c.change(grid);
+    EXPECT_EQ(grid.Row(), c.expected) << c.what;
+  }
+}
+
+TEST(UiStringGrid, AClickPicksTheRowUnderThePointerButNeverAHeading) {
+  auto form = ShownForm(400, 200);
+  auto* grid = Make<TStringGrid>(form.get(), form.get());
+  for (const auto& [y, row] : {std::pair{3 * 24 + 5, 3}, {5, 3}, {24 + 1, 1}}) {
+    PostMessageW(grid->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(100, y));
+    PostMessageW(grid->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(100, y));
+    Pause(20);
+    EXPECT_EQ(grid->Row(), row) << "clicked at y " << y;
+  }
+}
+
+TEST(UiStringGrid, PaintsEachCellInItsPlaceAndAgainAfterAChange) {
+  auto form = ShownForm(400, 200);
+  auto* grid = Make<TStringGrid>(form.get(), form.get());
+  grid->SetBounds(0, 0, 400, 150);
+  grid->ParentBackground = false;  // its own white shows where there are no cells
+  grid->SetColCount(3);
+  grid->SetRowCount(3);
+  grid->SetRow(2);
+  RedrawWindow(form->Handle(), nullptr, nullptr,
+               RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+  const COLORREF heading = GetSysColor(COLOR_BTNFACE), current = GetSysColor(COLOR_HIGHLIGHT),
+                 empty = static_cast<COLORREF>(ColorToRGB(clWindow));
+  auto pixel = [&](int x, int y) {
+    HDC dc = GetDC(grid->Handle());
+    const COLORREF p = GetPixel(dc, x, y);
+    ReleaseDC(grid->Handle(), dc);
+    return p;
+  };
+  struct {
+    const char* what;
+    int x, y;
+    COLORREF expected;
+  } cases[] = {
+      {"heading row", 100, 5, heading},
+      {"heading column", 5, 30, heading},
+      {"a cell", 100, 30, empty},
+      {"the current row", 100, 2 * 24 + 5, current},
+      {"the current row's last cell", 3 * 64 - 5, 2 * 24 + 5, current},
+      {"below the last row, heading column", 5, 3 * 24 + 5, empty},
+      {"below the last row", 100, 3 * 24 + 5, empty},
+      {"right of the last column", 3 * 64 + 5, 5, empty},
+  };
+  for (const auto& c : cases) EXPECT_EQ(pixel(c.x, c.y), c.expected) << c.what;
+  grid->SetColCount(4);
+  UpdateWindow(grid->Handle());
+  EXPECT_EQ(pixel(3 * 64 + 5, 5), heading) << "a new column is drawn";
 }
 
 }  // namespace
