@@ -524,4 +524,30 @@ TEST(UiStringGrid, PaintsEachCellInItsPlaceAndAgainAfterAChange) {
   EXPECT_EQ(pixel(3 * 64 + 5, 5), heading) << "a new column is drawn";
 }
 
+TEST(UiTimer, ANewIntervalTakesEffectAtOnce) {
+  TTimer timer(nullptr);  // enabled, every second
+  int ticks = 0;
+  timer.OnTimer = [&](TObject*) { ++ticks; };
+  timer.SetInterval(20);
+  EXPECT_TRUE(PumpUntil([&] { return ticks >= 3; }, 600)) << ticks << " ticks";
+  timer.SetInterval(0);
+  const int stopped = ticks;
+  Pause(100);
+  EXPECT_EQ(ticks, stopped) << "an interval of 0 stops it";
+}
+
+TEST(UiApplicationEvents, AFreedListenerHearsNothingAndTheOthersGoOnHearing) {
+  auto form = ShownForm(100, 100);
+  int heardByFreed = 0, heardByKept = 0;
+  auto* freed = new TApplicationEvents(nullptr);
+  freed->OnMessage = [&](MSG& msg, bool&) { heardByFreed += msg.message == WM_APP; };
+  TApplicationEvents kept(nullptr);
+  kept.OnMessage = [&](MSG& msg, bool&) { heardByKept += msg.message == WM_APP; };
+  delete freed;
+  PostMessageW(form->Handle(), WM_APP, 0, 0);
+  Application->ProcessMessages();
+  EXPECT_EQ(heardByFreed, 0);
+  EXPECT_EQ(heardByKept, 1);
+}
+
 }  // namespace
