@@ -164,10 +164,12 @@ class OverridingFrame : public TFrame {
   using TFrame::TFrame;
   std::u16string received;
   std::string arrived;
+  bool mouseModeCancelled = false;
 
  protected:
   LRESULT WndProc(UINT msg, WPARAM wParam, LPARAM lParam) override {
     if (msg == WM_APP) arrived += std::to_string(wParam);
+    if (msg == WM_CANCELMODE) mouseModeCancelled = true;
     if (msg != WM_COPYDATA) return TFrame::WndProc(msg, wParam, lParam);
     const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     received.assign(static_cast<const char16_t*>(data->lpData), data->cbData / 2);
@@ -548,6 +550,73 @@ TEST(UiApplicationEvents, AFreedListenerHearsNothingAndTheOthersGoOnHearing) {
   Application->ProcessMessages();
   EXPECT_EQ(heardByFreed, 0);
   EXPECT_EQ(heardByKept, 1);
+}
+
+TEST(UiForm, APopupAskingForTheSystemsPlaceIsCentredOnTheWorkArea) {
+  RECT work;
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  const int left = work.left + (work.right - work.left - 300) / 2;
+  const int top = work.top + (work.bottom - work.top - 200) / 2;
+  for (const TPosition position : {poDefault, poDefaultPosOnly}) {
+    TForm form(nullptr);
+    form.BorderStyle = bsNone;
+    form.Position = position;
+    form.SetBounds(0, 0, 300, 200);
+    RECT r;
+    GetWindowRect(form.Handle(), &r);
+    EXPECT_EQ((TRect{r.left, r.top, r.right, r.bottom}), (TRect{left, top, left + 300, top + 200}))
+        << "position " << static_cast<int>(position);
+  }
+}
+
+TEST(UiForm, ClosingTheMainFormEndsTheLoopAndClosingAnotherHidesIt) {
+  for (const bool main : {true, false}) {
+    SCOPED_TRACE(main ? "main form" : "another form");
+    TForm form(nullptr);
+    form.BorderStyle = bsNone;
+    form.Position = poDesigned;
+    form.SetBounds(20, 20, 100, 100);
+    form.Show();
+    if (main) Application->SetMainForm(&form);
+    SendMessageW(form.Handle(), WM_CLOSE, 0, 0);
+    Application->SetMainForm(nullptr);
+    // Taken here, before the Application's loop sees it.
+    MSG quit;
+    EXPECT_EQ(PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE, main);
+    EXPECT_EQ(IsWindowVisible(form.Handle()) != FALSE, main);
+    EXPECT_EQ(form.Visible(), main);
+  }
+}
+
+// A drag in progress (a splitter, a scroll bar's thumb) must not go on under a dialog.
+TEST(UiForm, AModalFormCancelsTheMouseModeOfTheWindowHoldingTheMouse) {
+  auto owner = ShownForm(200, 100);
+  auto* frame = Make<OverridingFrame>(owner.get(), owner.get());
+  SetCapture(frame->Handle());
+  TForm dialog(nullptr);
+  dialog.BorderStyle = bsNone;
+  dialog.Position = poDesigned;
+  TTimer answer(nullptr);
+  answer.SetInterval(20);
+  answer.OnTimer = [&](TObject*) { dialog.ModalResult = mrOk; };
+  EXPECT_EQ(dialog.ShowModal(), mrOk);
+  EXPECT_TRUE(frame->mouseModeCancelled);
+  EXPECT_EQ(GetCapture(), nullptr);
+}
+
+TEST(UiForm, AMaximisedFormGivenNewBoundsStaysMaximisedAndRestoresToThem) {
+  TForm form(nullptr);
+  form.BorderStyle = bsNone;
+  form.Position = poDesigned;
+  form.SetBounds(20, 20, 200, 100);
+  form.SetWindowState(wsMaximized);
+  form.Show();
+  const TRect maximised = WindowRect(form.Handle());
+  ASSERT_NE(maximised, (TRect{20, 20, 220, 120}));
+  form.SetBounds(50, 60, 300, 200);
+  EXPECT_EQ(WindowRect(form.Handle()), maximised);
+  ShowWindow(form.Handle(), SW_RESTORE);
+  EXPECT_EQ(WindowRect(form.Handle()), (TRect{50, 60, 350, 260}));
 }
 
 }  // namespace
