@@ -619,4 +619,27 @@ TEST(UiForm, AMaximisedFormGivenNewBoundsStaysMaximisedAndRestoresToThem) {
   EXPECT_EQ(WindowRect(form.Handle()), (TRect{50, 60, 350, 260}));
 }
 
+TEST(UiScrollBox, ScrollsSidewaysAndMeasuresItsExtentFromTheUnscrolledPlace) {
+  auto form = ShownForm(300, 200);
+  auto* box = Make<TScrollBox>(form.get(), form.get());
+  EXPECT_EQ(WindowRect(box->Handle()), (TRect{0, 0, 185, 41})) << "its own size";
+  box->SetBounds(0, 0, 200, 100);
+  auto* child = Make<TPanel>(form.get(), box);
+  child->Margins = {0, 0, 0, 0};
+  child->SetBounds(10, 10, 300, 300);
+  SendMessageW(box->Handle(), WM_HSCROLL, SB_LINEDOWN, 0);
+  EXPECT_EQ(box->HorzScrollPos(), 8);
+  EXPECT_EQ(WindowRect(child->Handle()), (TRect{2, 10, 302, 310}));
+  SendMessageW(box->Handle(), WM_VSCROLL, SB_BOTTOM, 0);
+  RECT client;
+  GetClientRect(box->Handle(), &client);
+  const int page = client.bottom;
+  EXPECT_EQ(box->VertScrollPos(), 310 - page);
+  // Shorter but still beyond the page: the extent counts from where it would be unscrolled.
+  child->SetHeight(250);
+  EXPECT_EQ(box->VertRange(), 260);
+  EXPECT_EQ(box->VertScrollPos(), 260 - page);
+  EXPECT_EQ(WindowRect(child->Handle()).Bottom, page);
+}
+
 }  // namespace
