@@ -1,5 +1,6 @@
 // The control model with real windows and messages: layout after resizes, timers,
-// ownership, clicks, overriding frames, application events, painting, scrolling, modal forms.
+// ownership, clicks, overriding frames, application events, painting, scrolling, modal forms,
+// list boxes, check boxes, string grids and colours.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -12,6 +13,7 @@
 #include "ui/buttons.h"
 #include "ui/extctrls.h"
 #include "ui/forms.h"
+#include "ui/graphics.h"
 #include "ui/grids.h"
 #include "ui/stdctrls.h"
 #include "message_pump.h"
@@ -640,6 +642,37 @@ TEST(UiScrollBox, ScrollsSidewaysAndMeasuresItsExtentFromTheUnscrolledPlace) {
   EXPECT_EQ(box->VertRange(), 260);
   EXPECT_EQ(box->VertScrollPos(), 260 - page);
   EXPECT_EQ(WindowRect(child->Handle()).Bottom, page);
+}
+
+TEST(UiControl, AWindowedControlKeepsItsWindowAcrossParentsAndLosesItWithout) {
+  auto form = ShownForm(300, 200);
+  auto* frame = Make<TFrame>(form.get(), form.get());
+  auto* panel = Make<TPanel>(form.get(), form.get());
+  const HWND window = panel->Handle();
+  panel->SetParent(frame);
+  EXPECT_EQ(panel->Handle(), window) << "moved to another parent";
+  EXPECT_EQ(GetParent(window), frame->Handle());
+  panel->SetParent(nullptr);
+  EXPECT_FALSE(IsWindow(window)) << "taken out of any parent";
+  panel->SetParent(form.get());
+  EXPECT_EQ(GetParent(panel->Handle()), form->Handle()) << "a new window in its new parent";
+}
+
+TEST(UiControl, APlainWindowedControlHasItsClassAndTheSizeAskedFor) {
+  auto form = ShownForm(300, 200);
+  auto* control = new TWinControl(form.get());
+  control->SetBounds(5, 6, 40, 0);
+  control->SetParent(form.get());
+  wchar_t name[32] = {};
+  GetClassNameW(control->Handle(), name, 32);
+  EXPECT_EQ(std::wstring(name), L"TWinControl") << "other programs look for it by this name";
+  EXPECT_EQ(WindowRect(control->Handle()), (TRect{5, 6, 45, 6})) << "no height at all";
+}
+
+TEST(UiGraphics, ArgbKeepsEachChannelInItsOwnByte) {
+  EXPECT_EQ(Argb(TColor(0x563413), 0x80), 0x80133456u);  // red 13, green 34, blue 56
+  EXPECT_EQ(Argb(TColor(0x0000FF), 0), 0x00FF0000u);
+  EXPECT_EQ(Argb(clWhite, 255), 0xFFFFFFFFu);
 }
 
 }  // namespace
