@@ -57,8 +57,8 @@ void Structure(benchmark::State& state, const std::string& text,
   if (!ok) state.SkipWithError("text not shaped like UTF-8");
   Bytes(state, text);
   state.counters["of_memchr_rate"] =
-      bench::SecondsPerCall([&] { benchmark::DoNotOptimize(std::memchr(p, 0xFF, text.size())); }) /
-      bench::SecondsPerCall([&] { benchmark::DoNotOptimize(test(p, text.size())); });
+      bench::Ratio([&] { benchmark::DoNotOptimize(std::memchr(p, 0xFF, text.size())); },
+                   [&] { benchmark::DoNotOptimize(test(p, text.size())); });
 }
 
 namespace u = Qm_tools::utf8_structure;
