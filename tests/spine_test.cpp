@@ -357,13 +357,7 @@ TEST_F(SpineFrame, OneDockedProgramServesEveryFrame) {
 // At another density, in a process aware of densities as the IDE is, the page's bar and
 // button take their size from it and the docked program still fills the panel.
 TEST(SpineDpi, ThePageFollowsTheSystemDensity) {
-  for (const int dpi : {96, 144}) {
-    SCOPED_TRACE(dpi);
-    const nox_test::TSystemDensity density(static_cast<DWORD>(dpi));
-    const auto [code, printed] = nox_test::RunSelfAt(dpi, "SpineDpiMeasure.*");
-    EXPECT_EQ(code, 0u) << printed;
-    EXPECT_NE(printed.find("[  PASSED  ] 1 test"), std::string::npos) << printed;
-  }
+  nox_test::ExpectPassesAtEachDensity("SpineDpiMeasure.*");
 }
 
 class SpineDpiMeasure : public SpineFrame {};

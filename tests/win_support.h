@@ -6,6 +6,8 @@
 // After windows.h, which it needs.
 #include <tlhelp32.h>
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <utility>
 #include <string_view>
@@ -130,6 +132,18 @@ inline std::pair<DWORD, std::string> RunSelfAt(int dpi, const char* filter) {
   const DWORD code = ExitCodeWithin(process.get(), 120000);
   if (code == STILL_ACTIVE) TerminateProcess(process.get(), 99);
   return {code, ReadBytes(out)};
+}
+
+// Runs the disabled measuring tests of `filter` at 96 and at 144 DPI, each in a process of
+// its own started while the system has that density; each run must pass.
+inline void ExpectPassesAtEachDensity(const char* filter) {
+  for (const int dpi : {96, 144}) {
+    SCOPED_TRACE(dpi);
+    const TSystemDensity density(static_cast<DWORD>(dpi));
+    const auto [code, printed] = RunSelfAt(dpi, filter);
+    EXPECT_EQ(code, 0u) << printed;
+    EXPECT_NE(printed.find("[  PASSED  ] 1 test"), std::string::npos) << printed;
+  }
 }
 
 // In a process started by RunSelfAt: makes this thread aware of each monitor's density, as
